@@ -1,0 +1,191 @@
+#include <kaxml/platform/dom.h>
+
+#include <kaxml/platform/dom_names.h>
+#include <kaxml/platform/xml_name.h>
+
+#include <algorithm>
+
+namespace KAXML {
+
+namespace {
+
+constexpr std::wstring_view kDeclaration = L"xmlns";
+constexpr std::wstring_view kXmlUri = L"http://www.w3.org/XML/1998/namespace";
+constexpr std::wstring_view kXmlnsUri = L"http://www.w3.org/2000/xmlns/";
+
+// The parts of an attribute's name as setAttribute takes it.
+struct AttributeName {
+    std::wstring_view prefix;
+    std::wstring_view local;
+    bool isDeclaration;
+};
+
+AttributeName Split(std::wstring_view name) {
+    const std::wstring_view prefix = name.substr(0, name.find(L':'));
+    if (prefix.size() == name.size())
+        return {{}, name, name == kDeclaration};
+    return {prefix, name.substr(prefix.size() + 1), prefix == kDeclaration};
+}
+
+bool IsAllowed(const AttributeName& name) {
+    if (!IsNCName(name.local))
+        return false;
+    return name.prefix.empty() || (name.isDeclaration && name.local != L"xml" && name.local != kDeclaration);
+}
+
+// A prefix cannot be taken back, and two namespace names are bound for good.
+bool IsAllowedDeclaration(const AttributeName& name, std::wstring_view uri) {
+    return !(uri.empty() && !name.prefix.empty()) && uri != kXmlUri && uri != kXmlnsUri;
+}
+
+[[noreturn]] void Refuse(std::wstring_view what, std::wstring_view name) {
+    throw _com_error(E_INVALIDARG, L"'" + std::wstring(name) + L"' " + std::wstring(what));
+}
+
+} // namespace
+
+const IXMLDOMAttribute* IXMLDOMNamedNodeMap::nextNode() noexcept {
+    while (m_attributes != nullptr && m_next < m_attributes->size()) {
+        const IXMLDOMAttribute& attribute = (*m_attributes)[m_next++];
+        if (!attribute.IsDeclaration())
+            return &attribute;
+    }
+    return nullptr;
+}
+
+std::wstring IXMLDOMNode::get_text() const {
+    if (m_type != NODE_ELEMENT && m_type != NODE_DOCUMENT)
+        return m_value;
+    std::wstring text;
+    AppendTextTo(text);
+    return text;
+}
+
+// The depth of a tree is limited, and so is this recursion.
+void IXMLDOMNode::AppendTextTo(std::wstring& text) const {
+    for (const IXMLDOMNode* child = m_firstChild; child != nullptr; child = child->m_nextSibling) {
+        if (child->m_type == NODE_TEXT || child->m_type == NODE_CDATA_SECTION)
+            text += child->m_value;
+        else if (child->m_type == NODE_ELEMENT)
+            child->AppendTextTo(text);
+    }
+}
+
+IXMLDOMNamedNodeMap IXMLDOMNode::get_attributes() const noexcept {
+    if (m_type != NODE_ELEMENT)
+        return IXMLDOMNamedNodeMap(nullptr);
+    return IXMLDOMNamedNodeMap(&static_cast<const IXMLDOMElement*>(this)->m_attributes);
+}
+
+// Depth counts elements: the root's is 1, and that of a node of another kind is its parent's.
+int IXMLDOMNode::DepthUnder(const IXMLDOMNode& parent) const noexcept {
+    return parent.m_depth + (m_type == NODE_ELEMENT ? 1 : 0);
+}
+
+IXMLDOMNode* IXMLDOMNode::NextInTree(const IXMLDOMNode* top) noexcept {
+    if (m_firstChild != nullptr)
+        return m_firstChild;
+    IXMLDOMNode* node = this;
+    while (node != top && node->m_nextSibling == nullptr)
+        node = node->m_parent;
+    return node != top ? node->m_nextSibling : nullptr;
+}
+
+// A branch may be built before it is appended: all of it moves down.
+void IXMLDOMNode::MoveBranchTo(int depth) {
+    const int shift = depth - m_depth;
+    for (IXMLDOMNode* node = this; node != nullptr; node = node->NextInTree(this)) {
+        if (node->m_depth + shift > kMaxNesting)
+            throw _com_error(E_FAIL, NestingRefusal());
+    }
+    for (IXMLDOMNode* node = this; node != nullptr; node = node->NextInTree(this))
+        node->m_depth += shift;
+}
+
+bool IXMLDOMNode::IsInside(const IXMLDOMNode* branch) const noexcept {
+    const IXMLDOMNode* node = this;
+    while (node != nullptr && node != branch)
+        node = node->m_parent;
+    return node != nullptr;
+}
+
+IXMLDOMNode* IXMLDOMNode::appendChild(IXMLDOMNode* child) {
+    if (child == nullptr)
+        throw _com_error(E_POINTER, L"There is no node to append.");
+    if (m_type != NODE_ELEMENT && m_type != NODE_DOCUMENT)
+        throw _com_error(E_INVALIDARG, L"A node '" + get_nodeName() + L"' cannot have children.");
+    if (child->m_parent != nullptr || child->m_type == NODE_DOCUMENT || IsInside(child))
+        throw _com_error(E_INVALIDARG, L"The node '" + child->get_nodeName() + L"' is already part of a tree.");
+    child->MoveBranchTo(child->DepthUnder(*this));
+    (m_lastChild != nullptr ? m_lastChild->m_nextSibling : m_firstChild) = child;
+    m_lastChild = child;
+    child->m_parent = this;
+    return child;
+}
+
+HRESULT IXMLDOMNode::QueryInterface(IXMLDOMElement** element) noexcept {
+    if (element == nullptr)
+        return E_POINTER;
+    *element = m_type == NODE_ELEMENT ? static_cast<IXMLDOMElement*>(this) : nullptr;
+    return *element != nullptr ? S_OK : E_NOINTERFACE;
+}
+
+HRESULT IXMLDOMElement::setAttribute(std::wstring_view name, std::wstring_view value) {
+    const AttributeName parts = Split(name);
+    if (!IsAllowed(parts))
+        Refuse(parts.isDeclaration ? L"cannot declare a prefix." : L"cannot be the name of an attribute.", name);
+    if (parts.isDeclaration && !IsAllowedDeclaration(parts, value))
+        Refuse(L"cannot declare the namespace '" + std::wstring(value) + L"'.", name);
+    const auto found = std::find_if(m_attributes.begin(), m_attributes.end(),
+                                    [name](const IXMLDOMAttribute& set) { return set.get_nodeName() == name; });
+    if (found != m_attributes.end())
+        found->m_value = value;
+    else
+        m_attributes.emplace_back(m_document->Intern({}, parts.local, name), std::wstring(value), parts.isDeclaration);
+    return S_OK;
+}
+
+IXMLDOMDocument2::IXMLDOMDocument2()
+    : IXMLDOMNode(NODE_DOCUMENT, &FixedNames::Document(), {}), m_names(std::make_unique<NameTable>()) {}
+
+IXMLDOMDocument2::~IXMLDOMDocument2() = default;
+
+template <typename Node> Node* IXMLDOMDocument2::Keep(std::unique_ptr<Node> node) {
+    Node* const kept = node.get();
+    m_nodes.push_back(std::move(node));
+    return kept;
+}
+
+IXMLDOMElement* IXMLDOMDocument2::MakeElement(const XmlName* name) {
+    return Keep(std::unique_ptr<IXMLDOMElement>(new IXMLDOMElement(this, name)));
+}
+
+IXMLDOMNode* IXMLDOMDocument2::MakeNode(DOMNodeType type, const XmlName* name, std::wstring value) {
+    return Keep(std::unique_ptr<IXMLDOMNode>(new IXMLDOMNode(type, name, std::move(value))));
+}
+
+IXMLDOMNode* IXMLDOMDocument2::createNode(DOMNodeType type, std::wstring_view name, std::wstring_view namespaceUri) {
+    if (type != NODE_ELEMENT)
+        Refuse(L"cannot be made: only elements have names.", name);
+    if (!IsNCName(name))
+        Refuse(L"cannot be the name of an element.", name);
+    return MakeElement(Intern(namespaceUri, name, name));
+}
+
+IXMLDOMNode* IXMLDOMDocument2::createTextNode(std::wstring_view text) {
+    return MakeNode(NODE_TEXT, &FixedNames::Text(), std::wstring(text));
+}
+
+const XmlName* IXMLDOMDocument2::Intern(std::wstring_view namespaceUri, std::wstring_view localName,
+                                        std::wstring_view qualifiedName) {
+    return m_names->Find(namespaceUri, localName, qualifiedName);
+}
+
+void IXMLDOMDocument2::Clear() noexcept {
+    m_firstChild = nullptr;
+    m_lastChild = nullptr;
+    m_nodes.clear();
+    m_names->Clear();
+}
+
+} // namespace KAXML

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <kaxml/platform/dom.h>
+
+#include <map>
+#include <tuple>
+
+namespace KAXML {
+
+/// The names of nodes that have none of their own.
+struct FixedNames {
+    static const XmlName& Document();
+    static const XmlName& Text();
+    static const XmlName& CDataSection();
+    static const XmlName& Comment();
+};
+
+/// The names of one document, each kept once.
+struct IXMLDOMDocument2::NameTable {
+  public:
+    const XmlName* Find(std::wstring_view namespaceUri, std::wstring_view localName, std::wstring_view qualifiedName);
+    void Clear() noexcept { m_names.clear(); }
+
+  private:
+    using Key = std::tuple<std::wstring_view, std::wstring_view, std::wstring_view>;
+    // The keys look into the names.
+    std::map<Key, std::unique_ptr<const XmlName>> m_names;
+};
+
+} // namespace KAXML

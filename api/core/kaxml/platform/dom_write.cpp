@@ -1,0 +1,267 @@
+#include <kaxml/platform/dom.h>
+
+#include <kaxml/platform/file.h>
+#include <kaxml/platform/numbers.h>
+#include <kaxml/platform/wide_text.h>
+#include <kaxml/platform/xml_name.h>
+
+namespace KAXML {
+
+namespace {
+
+// How one kind of place writes the characters that mean something there.
+enum class Place { attribute, text, verbatim };
+
+std::string_view Escape(char32_t c, Place place) {
+    if (place == Place::verbatim)
+        return {};
+    switch (c) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '\r':
+        return "&#13;";
+    case '>':
+        return place == Place::text ? "&gt;" : "";
+    case '"':
+        return place == Place::attribute ? "&quot;" : "";
+    case '\t':
+        return place == Place::attribute ? "&#9;" : "";
+    case '\n':
+        return place == Place::attribute ? "&#10;" : "";
+    default:
+        return {};
+    }
+}
+
+bool IsCharacterData(const IXMLDOMNode& node) {
+    return node.get_nodeType() == NODE_TEXT || node.get_nodeType() == NODE_CDATA_SECTION;
+}
+
+bool HasCharacterData(const IXMLDOMNode& node) {
+    for (const IXMLDOMNode* child = node.get_firstChild(); child != nullptr; child = child->get_nextSibling()) {
+        if (child->get_nodeType() == NODE_CDATA_SECTION || (IsCharacterData(*child) && !child->get_text().empty()))
+            return true;
+    }
+    return false;
+}
+
+bool EndsWithName(std::wstring_view name) { return name.ends_with(L"Name") || name == L"name"; }
+
+// A text as part of a message about what it holds.
+std::wstring Printable(const std::wstring& text) {
+    std::wstring printable;
+    const wchar_t* p = text.data();
+    const wchar_t* const end = p + text.size();
+    while (p != end) {
+        const char32_t c = NextCodePoint(p, end);
+        AppendCodePoint(printable, IsXmlCharacter(c) ? c : 0xFFFD);
+    }
+    return printable;
+}
+
+// Which of its parent's children of the same name an element is, from 1; 0 for an only one.
+int PositionAmongEquals(const IXMLDOMNode& node) {
+    int position = 0;
+    int count = 0;
+    for (const IXMLDOMNode* other = node.get_parentNode()->get_firstChild(); other != nullptr;
+         other = other->get_nextSibling()) {
+        count += other->get_nodeName() == node.get_nodeName() ? 1 : 0;
+        position = other == &node ? count : position;
+    }
+    return count > 1 ? position : 0;
+}
+
+// One step of a path: the element, and what tells it from its siblings.
+std::wstring PathStep(const IXMLDOMNode& node) {
+    const std::wstring step = L"/" + node.get_nodeName();
+    if (node.get_parentNode() == nullptr || node.get_parentNode()->get_nodeType() == NODE_DOCUMENT)
+        return step;
+    IXMLDOMNamedNodeMap attributes = node.get_attributes();
+    while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
+        if (EndsWithName(attribute->get_nodeName()))
+            return step + L"[" + attribute->get_nodeName() + L"='" + Printable(attribute->get_text()) + L"']";
+    }
+    const int position = PositionAmongEquals(node);
+    return position > 0 ? step + L"[" + FormatInt(position) + L"]" : step;
+}
+
+std::wstring PathOf(const IXMLDOMNode& node) {
+    std::wstring path;
+    for (const IXMLDOMNode* at = &node; at != nullptr && at->get_nodeType() != NODE_DOCUMENT; at = at->get_parentNode())
+        path.insert(0, PathStep(*at));
+    return path;
+}
+
+// Writes a tree in one pass. Recursion is limited by the depth that a tree may have.
+class Writer {
+  public:
+    std::string Write(const IXMLDOMNode& document) {
+        m_out = "<?xml version='1.0' encoding='UTF-8'?>\n";
+        for (const IXMLDOMNode* node = document.get_firstChild(); node != nullptr; node = node->get_nextSibling()) {
+            WriteNode(*node, {});
+            m_out += '\n';
+        }
+        return std::move(m_out);
+    }
+
+  private:
+    // `inherited` is the default namespace in force around the node.
+    void WriteNode(const IXMLDOMNode& node, std::wstring_view inherited) {
+        switch (node.get_nodeType()) {
+        case NODE_ELEMENT:
+            WriteElement(static_cast<const IXMLDOMElement&>(node), inherited);
+            break;
+        case NODE_CDATA_SECTION:
+            WriteCDataSection(node);
+            break;
+        case NODE_COMMENT:
+            WriteBetween("<!--", node, "-->");
+            break;
+        case NODE_PROCESSING_INSTRUCTION:
+            WriteInstruction(node);
+            break;
+        default:
+            AppendCharacters(node.get_text(), Place::text, node, nullptr);
+        }
+    }
+
+    void WriteElement(const IXMLDOMElement& element, std::wstring_view inherited) {
+        m_out += '<';
+        AppendName(element.get_nodeName());
+        const std::wstring_view inForce = WriteAttributes(element, inherited);
+        const bool holdsText = HasCharacterData(element);
+        if (!holdsText && HoldsNothing(element)) {
+            m_out += "/>";
+            return;
+        }
+        m_out += '>';
+        WriteChildren(element, inForce, holdsText);
+        m_out += "</";
+        AppendName(element.get_nodeName());
+        m_out += '>';
+    }
+
+    // Texts without characters leave no trace in a file.
+    static bool HoldsNothing(const IXMLDOMElement& element) {
+        const IXMLDOMNode* child = element.get_firstChild();
+        while (child != nullptr && child->get_nodeType() == NODE_TEXT)
+            child = child->get_nextSibling();
+        return child == nullptr;
+    }
+
+    void WriteChildren(const IXMLDOMElement& element, std::wstring_view inForce, bool holdsText) {
+        const bool isLaidOut = m_isLaidOut;
+        m_isLaidOut = isLaidOut && !holdsText;
+        ++m_level;
+        for (const IXMLDOMNode* child = element.get_firstChild(); child != nullptr; child = child->get_nextSibling()) {
+            if (child->get_nodeType() != NODE_TEXT)
+                BreakLine();
+            WriteNode(*child, inForce);
+        }
+        --m_level;
+        BreakLine();
+        m_isLaidOut = isLaidOut;
+    }
+
+    void BreakLine() {
+        if (!m_isLaidOut)
+            return;
+        m_out += '\n';
+        m_out.append(2 * m_level, ' ');
+    }
+
+    // Returns the default namespace in force inside the element.
+    std::wstring_view WriteAttributes(const IXMLDOMElement& element, std::wstring_view inherited) {
+        std::wstring_view inForce = inherited;
+        bool isDeclared = false;
+        for (const IXMLDOMAttribute& attribute : element.Attributes()) {
+            WriteAttribute(element, attribute.get_nodeName(), attribute.get_text());
+            if (attribute.IsDeclaration() && attribute.get_nodeName() == L"xmlns") {
+                inForce = attribute.get_text();
+                isDeclared = true;
+            }
+        }
+        const bool isPrefixed = element.get_baseName().size() != element.get_nodeName().size();
+        if (isDeclared || isPrefixed || element.get_namespaceURI() == inherited)
+            return inForce;
+        WriteAttribute(element, kDefaultDeclaration, element.get_namespaceURI());
+        return element.get_namespaceURI();
+    }
+
+    void WriteAttribute(const IXMLDOMElement& element, const std::wstring& name, const std::wstring& value) {
+        m_out += ' ';
+        AppendName(name);
+        m_out += "=\"";
+        AppendCharacters(value, Place::attribute, element, &name);
+        m_out += '"';
+    }
+
+    void WriteBetween(std::string_view opening, const IXMLDOMNode& node, std::string_view closing) {
+        m_out += opening;
+        AppendCharacters(node.get_text(), Place::verbatim, node, nullptr);
+        m_out += closing;
+    }
+
+    void WriteInstruction(const IXMLDOMNode& node) {
+        m_out += "<?";
+        AppendName(node.get_nodeName());
+        WriteBetween(node.get_text().empty() ? "" : " ", node, "?>");
+    }
+
+    void WriteCDataSection(const IXMLDOMNode& node) {
+        const std::size_t begin = m_out.size() + 9;
+        WriteBetween("<![CDATA[", node, "]]>");
+        const std::string_view split = "]]]]><![CDATA[>";
+        for (std::size_t at = begin; (at = m_out.find("]]>", at)) + 3 < m_out.size(); at += split.size())
+            m_out.replace(at, 3, split);
+    }
+
+    // Names were checked when they were given.
+    void AppendName(const std::wstring& name) {
+        for (const wchar_t *p = name.data(), *end = p + name.size(); p != end;)
+            AppendUtf8(m_out, NextCodePoint(p, end));
+    }
+
+    void AppendCharacters(const std::wstring& text, Place place, const IXMLDOMNode& node,
+                          const std::wstring* attribute) {
+        const wchar_t* p = text.data();
+        const wchar_t* const end = p + text.size();
+        while (p != end) {
+            const char32_t c = NextCodePoint(p, end);
+            if (!IsXmlCharacter(c))
+                Refuse(c, node, attribute);
+            const std::string_view escape = Escape(c, place);
+            if (escape.empty())
+                AppendUtf8(m_out, c);
+            else
+                m_out += escape;
+        }
+    }
+
+    [[noreturn]] static void Refuse(char32_t c, const IXMLDOMNode& node, const std::wstring* attribute) {
+        std::wstring path;
+        if (attribute != nullptr)
+            path = PathOf(node) + L"/@" + *attribute;
+        else if (node.get_parentNode() != nullptr)
+            path = PathOf(*node.get_parentNode()) + (IsCharacterData(node) ? L"/text()" : L"/" + node.get_nodeName());
+        throw _com_error(E_INVALIDARG, path + L": XML cannot hold the character " + CodePointName(c) + L".");
+    }
+
+    const std::wstring kDefaultDeclaration = L"xmlns";
+    std::string m_out;
+    std::size_t m_level = 0;
+    bool m_isLaidOut = true;
+};
+
+} // namespace
+
+std::string IXMLDOMDocument2::Serialize() const { return Writer().Write(*this); }
+
+HRESULT IXMLDOMDocument2::save(const std::wstring& path) const {
+    ReplaceFile(path, Serialize());
+    return S_OK;
+}
+
+} // namespace KAXML

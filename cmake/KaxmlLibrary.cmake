@@ -1,0 +1,47 @@
+# The library. The objects are compiled once; the library is made of them, and tests of internals
+# link them directly because the library hides everything outside its interface.
+
+find_package(LibXml2 REQUIRED)
+
+file(GLOB_RECURSE kaxml_sources CONFIGURE_DEPENDS
+    ${PROJECT_SOURCE_DIR}/api/core/kaxml/*.cpp
+    ${PROJECT_SOURCE_DIR}/api/core/kaxml/*.h)
+
+add_library(kaxml_objects OBJECT ${kaxml_sources})
+kaxml_target_options(kaxml_objects)
+target_compile_features(kaxml_objects PUBLIC cxx_std_20)
+target_include_directories(kaxml_objects PUBLIC ${PROJECT_SOURCE_DIR}/api/core)
+target_compile_definitions(kaxml_objects PUBLIC KAXML_BUILDING)
+target_link_libraries(kaxml_objects PUBLIC LibXml2::LibXml2)
+set_target_properties(kaxml_objects PROPERTIES
+    POSITION_INDEPENDENT_CODE ON
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+if(CMAKE_CXX_COMPILER_ID MATCHES "^(GNU|Clang)$")
+    target_compile_options(kaxml_objects PRIVATE -fno-semantic-interposition)
+endif()
+
+# Shared unless told otherwise. Inside another project BUILD_SHARED_LIBS is that project's variable:
+# it is read when set and left alone when not.
+set(kaxml_library_type SHARED)
+if(DEFINED BUILD_SHARED_LIBS AND NOT BUILD_SHARED_LIBS)
+    set(kaxml_library_type STATIC)
+endif()
+
+# The objects come in as sources, not as a linked target, so that exporting this target later does
+# not drag the internal one along.
+add_library(kaxml ${kaxml_library_type} $<TARGET_OBJECTS:kaxml_objects>)
+add_library(kaxml::kaxml ALIAS kaxml)
+kaxml_target_options(kaxml)
+target_compile_features(kaxml PUBLIC cxx_std_17)
+target_include_directories(kaxml PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/api/core>)
+target_link_libraries(kaxml PRIVATE LibXml2::LibXml2)
+set_target_properties(kaxml PROPERTIES
+    LINKER_LANGUAGE CXX
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+
+if(kaxml_library_type STREQUAL "STATIC")
+    target_compile_definitions(kaxml_objects PUBLIC KAXML_STATIC)
+    target_compile_definitions(kaxml PUBLIC KAXML_STATIC)
+endif()
