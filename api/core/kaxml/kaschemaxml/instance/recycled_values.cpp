@@ -1,0 +1,122 @@
+#include <kaxml/kaschemaxml/instance/recycled_values.h>
+
+#include <kaxml/kaschemaxml/instance/value.h>
+#include <kaxml/kaschemaxml/schema/property.h>
+#include <kaxml/kaschemaxml/schema/relationship_class.h>
+#include <kaxml/kaschemaxml/schema/schema.h>
+#include <kaxml/kaxml/core/errors.h>
+#include <kaxml/kaxml/core/scoped_resource.h>
+
+#include <memory>
+#include <new>
+#include <vector>
+
+namespace KAXML {
+
+namespace {
+
+struct Pool {
+    ThreadLock lock;
+    std::vector<std::unique_ptr<CKaValue>> s_recycledValues;
+    bool isClosed = false;
+};
+
+// Never destroyed: objects of the client that die after the library's statics still come here.
+Pool& ThePool() {
+    alignas(Pool) static unsigned char storage[sizeof(Pool)];
+    static Pool* const pool = new (storage) Pool;
+    return *pool;
+}
+
+void Empty(Pool& pool) {
+    // Out of the list first: a value's end must not find a list that is changing.
+    const std::vector<std::unique_ptr<CKaValue>> values = std::move(pool.s_recycledValues);
+    pool.s_recycledValues.clear();
+}
+
+// Made when the library is loaded, destroyed when it is unloaded.
+struct PoolLifetime {
+    PoolLifetime() { ThePool(); }
+    PoolLifetime(const PoolLifetime&) = delete;
+    PoolLifetime& operator=(const PoolLifetime&) = delete;
+    ~PoolLifetime() {
+        Pool& pool = ThePool();
+        const ScopedThreadLock lock(&pool.lock);
+        pool.isClosed = true;
+        Empty(pool);
+    }
+};
+
+const PoolLifetime s_poolLifetime;
+
+// Whatever fails inside an operation, which has left its lock by then, is reported as a failure of
+// the operation.
+template <typename Operation> auto Reported(Operation operation, const wchar_t* name) {
+    try {
+        return operation();
+    } catch (...) {
+        throw KAXMLRuntimeError(std::wstring(L"Unknown exception in CKaSchema::") + name);
+    }
+}
+
+} // namespace
+
+CKaValue* RecycledValues::Get(CKaProperty* property) {
+    Pool& pool = ThePool();
+    const ScopedThreadLock lock(&pool.lock);
+    if (pool.s_recycledValues.empty())
+        return new CKaValue(property, nullptr);
+    CKaValue& last = *pool.s_recycledValues.back();
+    last.Reinitialize(property);
+    last.InitializeValue();
+    last.m_isHeld = false;
+    CKaValue* const value = pool.s_recycledValues.back().release();
+    pool.s_recycledValues.pop_back();
+    return value;
+}
+
+void RecycledValues::TakeOver(CKaValue* value) {
+    Pool& pool = ThePool();
+    const ScopedThreadLock lock(&pool.lock);
+    if (pool.isClosed) {
+        delete value;
+        return;
+    }
+    pool.s_recycledValues.emplace_back();
+    pool.s_recycledValues.back().reset(value);
+    value->m_isHeld = true;
+}
+
+void RecycledValues::Recycle(CKaValue* value) {
+    if (value != nullptr && value->m_isHeld)
+        throw KAXMLLogicError(L"Attempted to recycle a value that an array, an instance or the pool holds");
+    if (value != nullptr)
+        TakeOver(value);
+}
+
+void RecycledValues::Drop(CKaValue* value) noexcept {
+    std::unique_ptr<CKaValue> dropped(value);
+    try {
+        TakeOver(value);
+        static_cast<void>(dropped.release());
+    } catch (...) { // NOLINT(bugprone-empty-catch): no memory for the list, so the value goes
+    }
+}
+
+void RecycledValues::Free() {
+    Pool& pool = ThePool();
+    const ScopedThreadLock lock(&pool.lock);
+    Empty(pool);
+}
+
+CKaValue* CKaSchema::GetRecycledKaValue(CKaProperty* property) {
+    return Reported([property] { return RecycledValues::Get(property); }, L"GetRecycledKaValue");
+}
+
+void CKaSchema::RecycleKaValue(CKaValue* value) {
+    Reported([value] { RecycledValues::Recycle(value); }, L"RecycleKaValue");
+}
+
+void CKaSchema::FreeRecycledValues() { Reported(&RecycledValues::Free, L"FreeRecycledValues"); }
+
+} // namespace KAXML

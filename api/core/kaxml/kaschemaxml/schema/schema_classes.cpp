@@ -1,0 +1,178 @@
+#include <kaxml/kaschemaxml/schema/format_names.h>
+#include <kaxml/kaschemaxml/schema/property.h>
+#include <kaxml/kaschemaxml/schema/relationship_class.h>
+#include <kaxml/kaschemaxml/schema/schema.h>
+#include <kaxml/kaxml/core/arguments.h>
+#include <kaxml/platform/numbers.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace KAXML {
+
+namespace {
+
+template <typename Class> using ClassList = std::vector<std::unique_ptr<Class>>;
+
+template <typename Class> bool HasName(const ClassList<Class>& classes, const std::wstring& name) {
+    return std::any_of(classes.begin(), classes.end(),
+                       [&name](const auto& kaClass) { return kaClass->TypeName() == name; });
+}
+
+// The name itself, or with the first number from 2 on that makes it unique.
+template <typename Class> std::wstring UniqueName(const ClassList<Class>& classes, const std::wstring& base) {
+    std::wstring name = base;
+    for (int counter = 2; HasName(classes, name); ++counter)
+        name = base + FormatInt(counter);
+    return name;
+}
+
+template <typename Class> void AddClass(ClassList<Class>& classes, Class* added) {
+    const auto isAdded = [added](const auto& kaClass) { return kaClass.get() == added; };
+    if (std::any_of(classes.begin(), classes.end(), isAdded))
+        throw KAXMLLogicError(L"Attempted to add KaClass '" + added->TypeName() +
+                              L"' to a KaSchema that already holds it");
+    const std::wstring name = UniqueName(classes, added->TypeName());
+    classes.reserve(classes.size() + 1);
+    if (name != added->TypeName())
+        added->SetTypeName(name);
+    const auto derivesFromAdded = [&name](const auto& kaClass) { return kaClass->GetBaseClass() == name; };
+    classes.emplace(std::find_if(classes.begin(), classes.end(), derivesFromAdded), added);
+}
+
+// The steps of the two iterations, which differ in the list only.
+template <typename Class>
+void* Iterate(const ClassList<Class>& classes, void* (*callback)(Class*, void*), void* context) {
+    for (const auto& kaClass : classes)
+        if (void* const result = callback(kaClass.get(), context))
+            return result;
+    return nullptr;
+}
+
+void* MatchName(CKaClass* kaClass, void* context, const wchar_t* operation) {
+    if (context == nullptr)
+        throw KAXMLRuntimeError(std::wstring(L"NULL context passed ot ") + operation);
+    return kaClass->TypeName() == *static_cast<const std::wstring_view*>(context) ? kaClass : nullptr;
+}
+
+template <typename Class> Class* IfMatches(Class* found, unsigned long classTypeMask) {
+    return found != nullptr && found->MatchesClassType(classTypeMask) ? found : nullptr;
+}
+
+} // namespace
+
+void CKaSchema::AddKaClass(CKaClass* kaClass) {
+    if (kaClass == nullptr)
+        return;
+    AddClass(m_classes, kaClass);
+    kaClass->SetKaSchema(this);
+}
+
+void CKaSchema::AddKaRelationshipClass(CKaRelationshipClass* relationshipClass) {
+    if (relationshipClass != nullptr)
+        AddClass(m_relationshipClasses, relationshipClass);
+}
+
+CKaClass* CKaSchema::CreateKaClass(const wchar_t* name, const wchar_t* description, unsigned long classType) {
+    auto kaClass = std::make_unique<CKaClass>(name, this, nullptr);
+    kaClass->SetDescription(description);
+    kaClass->SetClassType(classType);
+    AddKaClass(kaClass.get());
+    return kaClass.release();
+}
+
+CKaRelationshipClass* CKaSchema::CreateKaRelationshipClass(const wchar_t* name, const wchar_t* description,
+                                                           unsigned long classType) {
+    auto relationshipClass = std::make_unique<CKaRelationshipClass>(name, this, nullptr);
+    relationshipClass->SetDescription(description);
+    relationshipClass->SetClassType(classType);
+    AddKaRelationshipClass(relationshipClass.get());
+    return relationshipClass.release();
+}
+
+unsigned int CKaSchema::GetKaClassCount() const noexcept { return static_cast<unsigned int>(m_classes.size()); }
+
+CKaClass* CKaSchema::GetKaClassByIndex(unsigned int index) const {
+    RequireIndex(index, m_classes.size(), L"CKaSchema::GetKaClassByIndex");
+    return m_classes[index].get();
+}
+
+unsigned int CKaSchema::GetKaRelationshipClassCount() const noexcept {
+    return static_cast<unsigned int>(m_relationshipClasses.size());
+}
+
+CKaRelationshipClass* CKaSchema::GetKaRelationshipClass(unsigned int index) const {
+    RequireIndex(index, m_relationshipClasses.size(), L"CKaSchema::GetKaRelationshipClass");
+    return m_relationshipClasses[index].get();
+}
+
+void* CKaSchema::IterateOverAllClasses(KaClassCallback callback, void* context, int includeReferencedSchemas) const {
+    if (callback == nullptr)
+        throw KAXMLInvalidArgument(L"CKaSchema::IterateOverClasses called with NULL callback!");
+    void* result = Iterate(m_classes, callback, context);
+    for (std::size_t i = 0; includeReferencedSchemas != 0 && result == nullptr && i < m_references.size(); ++i)
+        if (const CKaSchema* const referenced = m_references[i].m_pKaSchema)
+            result = referenced->IterateOverAllClasses(callback, context, includeReferencedSchemas);
+    return result;
+}
+
+void* CKaSchema::IterateOverAllRelationshipClasses(KaRelationshipClassCallback callback, void* context,
+                                                   int includeReferencedSchemas) const {
+    if (callback == nullptr)
+        throw KAXMLInvalidArgument(L"CKaSchema::IterateOverRelationshipClasses called with NULL callback!");
+    void* result = Iterate(m_relationshipClasses, callback, context);
+    for (std::size_t i = 0; includeReferencedSchemas != 0 && result == nullptr && i < m_references.size(); ++i)
+        if (const CKaSchema* const referenced = m_references[i].m_pKaSchema)
+            result = referenced->IterateOverAllRelationshipClasses(callback, context, includeReferencedSchemas);
+    return result;
+}
+
+void* CKaSchema::findKaClassCallback(CKaClass* kaClass, void* context) {
+    return MatchName(kaClass, context, L"findKaClassCallback");
+}
+
+void* CKaSchema::findKaRelationshipClassCallback(CKaRelationshipClass* relationshipClass, void* context) {
+    return MatchName(relationshipClass, context, L"findKaRelationshipClassCallback");
+}
+
+CKaClass* CKaSchema::FindKaClass(const wchar_t* name, unsigned long classTypeMask) const {
+    std::wstring_view wanted(name == nullptr ? L"" : name);
+    void* const context = name == nullptr ? nullptr : &wanted;
+    return IfMatches(static_cast<CKaClass*>(IterateOverAllClasses(&findKaClassCallback, context, 1)), classTypeMask);
+}
+
+CKaRelationshipClass* CKaSchema::FindKaRelationshipClass(const wchar_t* name, unsigned long classTypeMask) const {
+    std::wstring_view wanted(name == nullptr ? L"" : name);
+    void* const context = name == nullptr ? nullptr : &wanted;
+    void* const found = IterateOverAllRelationshipClasses(&findKaRelationshipClassCallback, context, 1);
+    // MatchName gives the class back as a CKaClass.
+    return IfMatches(static_cast<CKaRelationshipClass*>(static_cast<CKaClass*>(found)), classTypeMask);
+}
+
+void CKaSchema::RemoveAllClasses() noexcept {
+    for (const auto& relationshipClass : m_relationshipClasses) {
+        const CKaClass* const base = relationshipClass->m_pBaseClass;
+        const auto isBase = [base](const auto& kaClass) { return kaClass.get() == base; };
+        if (std::any_of(m_classes.begin(), m_classes.end(), isBase))
+            relationshipClass->m_pBaseClass = nullptr;
+    }
+    m_classes.clear();
+}
+
+CKaClassIterator::CKaClassIterator(CKaSchema* schema) : m_pKaSchema(schema) {
+    if (schema == nullptr)
+        throw KAXMLRuntimeError(L"Called CKaClassIterator::CKaClassIterator with NULL pKaSchema");
+}
+
+CKaClass* CKaClassIterator::Begin() {
+    m_position = 0;
+    return m_pKaSchema->GetKaClassCount() > 0 ? m_pKaSchema->GetKaClassByIndex(0) : nullptr;
+}
+
+CKaClass* CKaClassIterator::Next() {
+    if (m_position < m_pKaSchema->GetKaClassCount())
+        ++m_position;
+    return m_position < m_pKaSchema->GetKaClassCount() ? m_pKaSchema->GetKaClassByIndex(m_position) : nullptr;
+}
+
+} // namespace KAXML
