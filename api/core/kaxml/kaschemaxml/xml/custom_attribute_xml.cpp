@@ -1,0 +1,122 @@
+#include <kaxml/kaschemaxml/instance/custom_attribute.h>
+#include <kaxml/kaschemaxml/schema/class.h>
+#include <kaxml/kaschemaxml/schema/common.h>
+#include <kaxml/kaschemaxml/schema/format_names.h>
+#include <kaxml/kaschemaxml/schema/property.h>
+#include <kaxml/kaschemaxml/schema/schema.h>
+#include <kaxml/kaschemaxml/xml/elements.h>
+#include <kaxml/kaxml/core/arguments.h>
+#include <kaxml/kaxml/core/format.h>
+
+namespace KAXML {
+
+namespace {
+
+// How a message calls the item that custom attributes are attached to.
+std::wstring NameOfItem(const CKaCommon& item) {
+    if (const auto* const schema = dynamic_cast<const CKaSchema*>(&item))
+        return Concat(L"KaSchema '", schema->GetSchemaName(), L"'");
+    if (const auto* const kaClass = dynamic_cast<const CKaClass*>(&item))
+        return Concat(L"KaClass '", kaClass->GetTypeName(), L"'");
+    if (const auto* const property = dynamic_cast<const CKaProperty*>(&item))
+        return Concat(L"KaProperty '", property->GetPropertyName(), L"'");
+    return L"an end of a KaRelationshipClass";
+}
+
+[[noreturn]] void ThrowUnexpectedText(const CKaCommon& item, const std::wstring& text) {
+    throw KAXMLFormatError(
+        Concat(L"Unexpected text '", Trimmed(text), L"' in KaCustomAttributes of ", NameOfItem(item), L"."));
+}
+
+CKaClass& ClassOfElement(const CKaSchema& schema, IXMLDOMNode* node) {
+    const std::wstring& name = node->get_baseName();
+    CKaClass* const found = schema.FindKaClass(name.c_str(), KA_ANY_CLASS_TYPE);
+    if (found == nullptr)
+        throw KAXMLFormatError(Concat(L"Attempted to use an KaCustomAttribute of type '", name,
+                                      L"', but that KaClass has not yet been defined."));
+    return *found;
+}
+
+KAXMLLogicError NoSuchProperty(const CKaClass& kaClass, const wchar_t* propertyName) {
+    return KAXMLLogicError(
+        Concat(L"KaClass '", kaClass.TypeName(), L"' does not contain an KaProperty named '", propertyName, L"'."));
+}
+
+CKaProperty& RequireProperty(const CKaClass& kaClass, const wchar_t* propertyName) {
+    CKaProperty* const property = kaClass.FindProperty(propertyName);
+    if (property == nullptr)
+        throw NoSuchProperty(kaClass, propertyName);
+    return *property;
+}
+
+KaArrayValue* RequireArray(KaValueBase* value, const CKaClass& kaClass, const wchar_t* propertyName) {
+    auto* const array = dynamic_cast<KaArrayValue*>(value);
+    if (array == nullptr)
+        throw KAXMLLogicError(
+            Concat(L"KaClass '", kaClass.TypeName(), L"'s '", propertyName, L"' KaProperty is not an array!"));
+    return array;
+}
+
+} // namespace
+
+int CKaCommon::ReadCustomAttributesFromXML(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node) {
+    RequireNotNull(schema, L"schema", L"CKaCommon::ReadCustomAttributesFromXML");
+    RequireNotNull(node, L"node", L"CKaCommon::ReadCustomAttributesFromXML");
+    for (IXMLDOMNode* child = node->get_firstChild(); child != nullptr; child = child->get_nextSibling()) {
+        const DOMNodeType type = child->get_nodeType();
+        if (type == NODE_COMMENT)
+            continue;
+        if (type == NODE_TEXT || type == NODE_CDATA_SECTION)
+            ThrowUnexpectedText(*this, child->get_text());
+        auto customAttribute = std::make_unique<CKaCustomAttribute>(&ClassOfElement(*schema, child));
+        const int status = customAttribute->ReadXML(document, child);
+        if (status != 0)
+            return status;
+        m_customAttributes.push_back(std::move(customAttribute));
+    }
+    return 0;
+}
+
+int CKaCommon::WriteCustomAttributesToXML(IXMLDOMDocument2* document, IXMLDOMNode* parent) const {
+    if (m_customAttributes.empty())
+        return 0;
+    RequireNotNull(document, L"document", L"CKaCommon::WriteCustomAttributesToXML");
+    RequireNotNull(parent, L"parent", L"CKaCommon::WriteCustomAttributesToXML");
+    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"KaCustomAttributes");
+    int status = 0;
+    for (std::size_t i = 0; status == 0 && i < m_customAttributes.size(); ++i)
+        status = m_customAttributes[i]->WriteXML(document, element);
+    return status;
+}
+
+KaArrayValue* CKaCommon::GetArrayFromCustomAttribute(CKaClass* customAttributeClass, const wchar_t* propertyName,
+                                                     int createIfMissing) {
+    constexpr wchar_t operation[] = L"CKaCommon::GetArrayFromCustomAttribute";
+    const CKaClass& kaClass = *RequireNotNull(customAttributeClass, L"customAttributeClass", operation);
+    RequireNotNull(propertyName, L"propertyName", operation);
+    if (CKaCustomAttribute* const found = FindKaCustomAttributeByName(kaClass.GetTypeName()))
+        return RequireArray(found->GetPropertyValue(propertyName, true), kaClass, propertyName);
+    if (createIfMissing == 0)
+        return nullptr;
+    // Attached before the checks that may fail: the custom attribute then stays.
+    m_customAttributes.push_back(std::make_unique<CKaCustomAttribute>(customAttributeClass));
+    CKaProperty& property = RequireProperty(kaClass, propertyName);
+    std::unique_ptr<KaValueBase> value(KaValueBase::CreateKaValueForKaProperty(customAttributeClass, &property));
+    KaArrayValue* const array = RequireArray(value.get(), kaClass, propertyName);
+    m_customAttributes.back()->AddKaValue(value.get());
+    static_cast<void>(value.release());
+    return array;
+}
+
+CKaInstance* CKaCommon::CreateArrayMemberForCustomAttribute(CKaClass* customAttributeClass,
+                                                            const wchar_t* propertyName) {
+    constexpr wchar_t operation[] = L"CKaCommon::CreateArrayMemberForCustomAttribute";
+    const CKaClass& kaClass = *RequireNotNull(customAttributeClass, L"customAttributeClass", operation);
+    CKaProperty& property = RequireProperty(kaClass, RequireNotNull(propertyName, L"propertyName", operation));
+    KaArrayValue* const array = GetArrayFromCustomAttribute(customAttributeClass, propertyName, 1);
+    auto member = std::make_unique<KaStructValue>(&property);
+    array->PushBack(member.get());
+    return member.release()->GetValue();
+}
+
+} // namespace KAXML

@@ -1,0 +1,226 @@
+#include <kaxml/kaschemaxml/xml/write_warnings.h>
+
+#include <kaxml/kaschemaxml/schema/base_chain.h>
+#include <kaxml/kaschemaxml/schema/format_names.h>
+#include <kaxml/kaschemaxml/schema/names.h>
+#include <kaxml/kaschemaxml/schema/property.h>
+#include <kaxml/kaschemaxml/schema/relationship_class.h>
+#include <kaxml/kaschemaxml/schema/schema.h>
+#include <kaxml/kaschemaxml/xml/instance_write_warnings.h>
+#include <kaxml/kaxml/core/errors.h>
+#include <kaxml/kaxml/core/format.h>
+#include <kaxml/kaxml/core/log_message.h>
+
+#include <algorithm>
+#include <map>
+
+namespace KAXML {
+
+namespace {
+
+std::wstring ItemName(const CKaClass& kaClass) {
+    const bool isRelationshipClass = dynamic_cast<const CKaRelationshipClass*>(&kaClass) != nullptr;
+    return Concat(isRelationshipClass ? L"KaRelationshipClass '" : L"KaClass '", kaClass.TypeName(), L"'");
+}
+
+std::wstring ItemName(const CKaClass& kaClass, const CKaProperty& property) {
+    return Concat(L"KaProperty '", property.GetPropertyName(), L"' of ", ItemName(kaClass));
+}
+
+// The classes of a schema in the order in which the writer puts them into the file, and so in the
+// order in which a reader meets them.
+class FileOrder {
+  public:
+    explicit FileOrder(const CKaSchema& schema) {
+        for (const bool isCustomAttributeClass : {true, false}) {
+            for (unsigned int i = 0; i < schema.GetKaClassCount(); ++i)
+                Append(*schema.GetKaClassByIndex(i), isCustomAttributeClass);
+            for (unsigned int i = 0; i < schema.GetKaRelationshipClassCount(); ++i)
+                Append(*schema.GetKaRelationshipClass(i), isCustomAttributeClass);
+        }
+    }
+
+    const std::vector<const CKaClass*>& Classes() const noexcept { return m_classes; }
+
+    bool IsBefore(const CKaClass& first, const CKaClass& second) const {
+        const auto firstPosition = m_positions.find(&first);
+        const auto secondPosition = m_positions.find(&second);
+        return firstPosition != m_positions.end() && secondPosition != m_positions.end() &&
+               firstPosition->second < secondPosition->second;
+    }
+
+  private:
+    void Append(const CKaClass& kaClass, bool isCustomAttributeClass) {
+        if ((kaClass.IsCustomAttributeClass() != 0) != isCustomAttributeClass)
+            return;
+        m_positions.emplace(&kaClass, m_classes.size());
+        m_classes.push_back(&kaClass);
+    }
+
+    std::vector<const CKaClass*> m_classes;
+    std::map<const CKaClass*, std::size_t> m_positions;
+};
+
+// The class of a full name as a reader would find it; null also for a malformed name or an unknown
+// prefix.
+CKaClass* FindQuietly(const CKaSchema& schema, std::wstring_view fullName, bool isRelationshipClass) {
+    const std::size_t colon = fullName.find(L':');
+    const std::wstring name(colon == std::wstring_view::npos ? fullName : fullName.substr(colon + 1));
+    const CKaSchema* searched = &schema;
+    if (colon != std::wstring_view::npos)
+        searched = schema.FindReferencedSchemaByPrefix(std::wstring(fullName.substr(0, colon)).c_str());
+    if (searched == nullptr)
+        return nullptr;
+    if (isRelationshipClass)
+        if (CKaClass* const found = searched->FindKaRelationshipClass(name.c_str(), KA_ANY_CLASS_TYPE))
+            return found;
+    return searched->FindKaClass(name.c_str(), KA_ANY_CLASS_TYPE);
+}
+
+void CheckName(const std::wstring& item, const wchar_t* name, const wchar_t* kind) {
+    if (NameIsValid(name, 0, kind) == 0)
+        WarnOfWrite(item, L"its name is not valid, so the file cannot be read");
+}
+
+void CheckBounds(const std::wstring& item, const CKaProperty& property) {
+    const std::wstring_view minOccurs = property.GetMinOccurs();
+    const std::wstring_view maxOccurs = property.GetMaxOccurs();
+    if (minOccurs.empty() && !maxOccurs.empty())
+        WarnOfWrite(item, L"it has an upper bound only and is read back with minOccurs '0'");
+    const auto makesArray = [](std::wstring_view bound) { return !bound.empty() && bound != L"1"; };
+    const bool readsAsArray =
+        makesArray(minOccurs) || makesArray(maxOccurs) || (minOccurs.empty() && !maxOccurs.empty());
+    if (readsAsArray != (property.IsArray() != 0))
+        WarnOfWrite(item, readsAsArray ? L"it is read back as an array" : L"it is read back as a single value");
+}
+
+void CheckProperty(const CKaSchema& schema, const CKaClass& kaClass, const CKaProperty& property,
+                   const CKaClass* base) {
+    const std::wstring item = ItemName(kaClass, property);
+    CheckName(item, property.GetPropertyName(), kClassNameKind);
+    const bool isPrimitive = CKaSchema::IsPrimitiveType(property.GetTypeName()) != 0;
+    if (*property.GetTypeName() == L'\0')
+        WarnOfWrite(item, L"it has no type, so the file cannot be read");
+    else if (!isPrimitive && schema.FindKaClass(property.GetTypeName(), KA_ANY_CLASS_TYPE) == nullptr)
+        WarnOfWrite(item, L"no class has the name of its type, so the file cannot be read");
+    if (base != nullptr && base->HasProperty(property.GetPropertyName()))
+        WarnOfWrite(item, L"a base class has a property of the same name, so the file cannot be read");
+    CheckBounds(item, property);
+    CheckCustomAttributes(schema, item, property);
+}
+
+// Checks the base class as the file names it and returns it, or null when the file's reader would
+// not find it.
+const CKaClass* CheckBaseClass(const CKaSchema& schema, const CKaClass& kaClass, const FileOrder& order) {
+    if (*kaClass.GetBaseClass() == L'\0')
+        return nullptr;
+    const std::wstring item = ItemName(kaClass);
+    const bool isRelationshipClass = dynamic_cast<const CKaRelationshipClass*>(&kaClass) != nullptr;
+    const CKaClass* const found = FindQuietly(schema, kaClass.GetBaseClass(), isRelationshipClass);
+    if (found == nullptr) {
+        WarnOfWrite(item, L"its base class is not found by its name, so the file cannot be read");
+        return nullptr;
+    }
+    if (found != kaClass.GetBaseKaClass())
+        WarnOfWrite(item, L"the name of its base class is another class's, which the file is read back with");
+    if (isRelationshipClass && found->GetKaSchema() == &schema && !order.IsBefore(*found, kaClass))
+        WarnOfWrite(item, L"its base class stands later in the file, so the file cannot be read");
+    return found;
+}
+
+void CheckEnds(const CKaSchema& schema, const CKaRelationshipClass& relationshipClass) {
+    const std::wstring item = ItemName(relationshipClass);
+    const CKaSource& source = relationshipClass.m_source;
+    if (source.m_className == KAXML_ANY_CLASS)
+        WarnOfWrite(item, L"its source class 'KaObject' is not written");
+    if (!source.m_keyVector.empty() && (source.m_className.empty() || source.m_className == KAXML_ANY_CLASS))
+        WarnOfWrite(item, L"the keys of its source are not written, because no class is");
+    const std::vector<std::wstring>& names = relationshipClass.m_targets.m_classNames;
+    if (std::any_of(names.begin(), names.end(), [](const std::wstring& name) { return name.empty(); }))
+        WarnOfWrite(item, L"a target without a class name is not written");
+    CheckCustomAttributes(schema, L"Source of " + item, source);
+    CheckCustomAttributes(schema, L"Target of " + item, relationshipClass.m_targets);
+}
+
+void CheckClass(const CKaSchema& schema, const CKaClass& kaClass, const FileOrder& order) {
+    const std::wstring item = ItemName(kaClass);
+    CheckName(item, kaClass.GetTypeName(), kClassNameKind);
+    const CKaClass* const base = CheckBaseClass(schema, kaClass, order);
+    CheckCustomAttributes(schema, item, kaClass);
+    for (unsigned int i = 0; i < kaClass.GetKaPropertyCount(); ++i)
+        CheckProperty(schema, kaClass, *kaClass.GetKaProperty(i), base);
+    const auto* const relationshipClass = dynamic_cast<const CKaRelationshipClass*>(&kaClass);
+    if (relationshipClass == nullptr)
+        return;
+    if (kaClass.IsStruct() != 0)
+        WarnOfWrite(item, L"its struct flag is not written");
+    CheckEnds(schema, *relationshipClass);
+}
+
+// A class whose bases cannot be followed has had its warning; it is no reason not to write.
+void CheckClassQuietly(const CKaSchema& schema, const CKaClass& kaClass, const FileOrder& order) {
+    try {
+        CheckClass(schema, kaClass, order);
+    } catch (const KAXMLLogicError&) {
+        WarnOfWrite(ItemName(kaClass), L"its base classes cannot be followed");
+    }
+}
+
+// Two classes of one list under one name, and lists whose order the file does not keep.
+template <typename GetClass> void CheckList(const std::wstring& schemaItem, unsigned int count, GetClass getClass) {
+    std::map<std::wstring_view, int> names;
+    bool ordinarySeen = false;
+    bool orderChanges = false;
+    for (unsigned int i = 0; i < count; ++i) {
+        const CKaClass& kaClass = *getClass(i);
+        if (names[kaClass.TypeName()]++ == 1)
+            WarnOfWrite(ItemName(kaClass), L"another class has the same name, so one is read back under a new one");
+        orderChanges = orderChanges || (ordinarySeen && kaClass.IsCustomAttributeClass() != 0);
+        ordinarySeen = ordinarySeen || kaClass.IsCustomAttributeClass() == 0;
+    }
+    if (orderChanges)
+        WarnOfWrite(schemaItem, L"custom attribute classes are written first, so the order of its classes changes");
+}
+
+void CheckOwnNames(const CKaSchema& schema, const std::wstring& item) {
+    CheckName(item, schema.GetSchemaName(), kSchemaNameKind);
+    CheckName(L"Prefix of " + item, schema.GetSchemaPrefix(), kSchemaNameKind);
+    for (const std::wstring_view name : {schema.GetSchemaName(), schema.GetSchemaPrefix()})
+        if (name == L"temporary")
+            WarnOfWrite(item, L"'temporary' counts as a missing name or prefix, so the file cannot be read");
+}
+
+void CheckReferences(const CKaSchema& schema) {
+    std::vector<const CKaSchemaReference*> earlier;
+    CKaReferencedSchemaIterator references(const_cast<CKaSchema*>(&schema));
+    for (const CKaSchemaReference* entry = references.Begin(); entry != nullptr; entry = references.Next()) {
+        const std::wstring item = Concat(L"KaSchemaReference '", entry->m_schemaName, L"'");
+        CheckName(item, entry->m_schemaName.c_str(), kSchemaNameKind);
+        CheckName(L"Prefix of " + item, entry->m_schemaPrefix.c_str(), kSchemaNameKind);
+        const bool isRepeated = std::any_of(earlier.begin(), earlier.end(), [entry](const CKaSchemaReference* other) {
+            return other->m_schemaName == entry->m_schemaName && other->m_versionString >= entry->m_versionString;
+        });
+        if (isRepeated || entry->m_schemaName == schema.GetSchemaName())
+            WarnOfWrite(item, L"the schema is known by then when the file is read, so the reference is not added");
+        earlier.push_back(entry);
+    }
+}
+
+} // namespace
+
+void LogWriteWarnings(const CKaSchema& schema) {
+    if (!IsLogging())
+        return;
+    const std::wstring item = Concat(L"KaSchema '", schema.GetSchemaName(), L"'");
+    CheckOwnNames(schema, item);
+    CheckReferences(schema);
+    CheckSchemaCustomAttributes(schema, item);
+    CheckList(item, schema.GetKaClassCount(), [&](unsigned int i) { return schema.GetKaClassByIndex(i); });
+    CheckList(item, schema.GetKaRelationshipClassCount(),
+              [&](unsigned int i) { return schema.GetKaRelationshipClass(i); });
+    const FileOrder order(schema);
+    for (const CKaClass* const kaClass : order.Classes())
+        CheckClassQuietly(schema, *kaClass, order);
+}
+
+} // namespace KAXML
