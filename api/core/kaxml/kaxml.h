@@ -1,0 +1,41 @@
+#pragma once
+
+/// @file
+/// KAXML: schemas of engineering data and instances of them, in memory and as XML. This is the one
+/// header a client includes.
+///
+/// @code
+/// #include <kaxml/kaxml.h>
+///
+/// int main() {
+///     KAXML::CKaSchema schema(L"Plant", L"pl", L"A process plant");
+///     KAXML::CKaClass* pump = schema.CreateKaClass(L"Pump", L"Moves liquids", KAXML::KA_DOMAIN_CLASS);
+///     pump->AddKaProperty(L"Power", L"double", L"In kW");
+///     schema.SetVersionString(L"1.0");
+///     schema.WriteXML(schema.OfficialFilename().c_str());
+/// }
+/// @endcode
+///
+/// Text is wide. Failures are exceptions (see errors.h). Nothing depends on the process's locale,
+/// and no setting of the process is changed.
+
+#include <kaxml/kaschemaxml/instance/custom_attribute.h>
+#include <kaxml/kaschemaxml/instance/instance.h>
+#include <kaxml/kaschemaxml/instance/value.h>
+#include <kaxml/kaschemaxml/schema/class.h>
+#include <kaxml/kaschemaxml/schema/common.h>
+#include <kaxml/kaschemaxml/schema/format_names.h>
+#include <kaxml/kaschemaxml/schema/property.h>
+#include <kaxml/kaschemaxml/schema/relationship_class.h>
+#include <kaxml/kaschemaxml/schema/relationship_constraint.h>
+#include <kaxml/kaschemaxml/schema/relationship_ends.h>
+#include <kaxml/kaschemaxml/schema/schema.h>
+#include <kaxml/kaschemaxml/schema/schema_reference.h>
+#include <kaxml/kaxml/core/errors.h>
+#include <kaxml/kaxml/core/identifiers.h>
+#include <kaxml/kaxml/core/logging.h>
+#include <kaxml/kaxml/core/text.h>
+#include <kaxml/kaxml/core/version.h>
+#include <kaxml/kaxml/reader/parse.h>
+#include <kaxml/kaxml/reader/xml_attributes.h>
+#include <kaxml/platform/com_error.h>

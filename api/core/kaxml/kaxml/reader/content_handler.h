@@ -1,0 +1,62 @@
+#pragma once
+
+#include <kaxml/kaxml/reader/default_handlers.h>
+#include <kaxml/kaxml/reader/parse.h>
+#include <kaxml/kaxml/reader/state_handler.h>
+
+namespace KAXML {
+
+/// The client's callbacks of one parse.
+struct ParseCallbacks {
+    kaInstanceXMLParseBegin parseBegin = nullptr;
+    parsedKaInstanceCallback parsedInstance = nullptr;
+    parsedKaRelationshipCallback parsedRelationship = nullptr;
+    projectElementCallback projectElement = nullptr;
+    kaInstanceXMLParseEnd parseEnd = nullptr;
+};
+
+/// Gives every event of the parser to the handler on top of a stack, and changes the stack as the
+/// handler answers. Also holds what the handlers of one parse share.
+class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
+  public:
+    /// @throws KAXMLInvalidArgument for a null instance or relationship callback or schema.
+    CKAXMLSAXContentHandler(CKaSchema* schema, void* context, const ParseCallbacks& callbacks, unsigned int parseFlags);
+    ~CKAXMLSAXContentHandler() override;
+
+    HRESULT raw_startElement(const wchar_t* uri, int uriLength, const wchar_t* localName, int localNameLength,
+                             const wchar_t* qName, int qNameLength, ISAXAttributes* attributes) override;
+    HRESULT raw_endElement(const wchar_t* uri, int uriLength, const wchar_t* localName, int localNameLength,
+                           const wchar_t* qName, int qNameLength) override;
+    HRESULT raw_characters(const wchar_t* text, std::size_t length) override;
+
+    /// @throws KAXMLLogicError when there is none.
+    StateStack& GetStateStack() const;
+
+    int GetImportedCount() const noexcept { return m_importedCount; }
+    void IncrementImportedCount() noexcept { ++m_importedCount; }
+    bool HasFlag(KaParseFlags flag) const noexcept { return (m_parseFlags & flag) != 0; }
+    void SetKaInstanceFactory(IKaInstanceFactory* factory) noexcept { m_pKaInstanceFactory = factory; }
+    IKaInstanceFactory* GetKaInstanceFactory() const noexcept { return m_pKaInstanceFactory; }
+    CKaSchema* GetKaSchema() const noexcept { return m_pKaSchema; }
+    const ParseCallbacks& Callbacks() const noexcept { return m_callbacks; }
+    void* Context() const noexcept { return m_context; }
+
+    /// Count the struct values that are open inside each other.
+    /// @throws XmlRefusal past kMaxNesting of them.
+    void EnterStruct();
+    void LeaveStruct() noexcept { --m_openStructs; }
+
+  private:
+    StateHandler& Top(const wchar_t* operation) const;
+
+    std::int32_t m_importedCount = 0;
+    std::unique_ptr<StateStack> m_pStateStack;
+    std::uint32_t m_parseFlags;
+    IKaInstanceFactory* m_pKaInstanceFactory = nullptr;
+    CKaSchema* m_pKaSchema;
+    ParseCallbacks m_callbacks;
+    void* m_context;
+    int m_openStructs = 0;
+};
+
+} // namespace KAXML

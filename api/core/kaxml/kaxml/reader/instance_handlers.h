@@ -1,0 +1,132 @@
+#pragma once
+
+#include <kaxml/kaxml/reader/state_handler.h>
+
+/// @file
+/// The handlers that turn an instance document into instances: the root handler opens the parse,
+/// an instance handler makes one instance for each instance element, a properties handler fills its
+/// values, array and struct handlers fill composite ones, a relationship handler reads the ends of
+/// a relationship in the legacy form.
+
+namespace KAXML {
+
+class CKaInstance;
+class CKaProperty;
+class KaArrayValue;
+class KaRelationshipInstance;
+class KaStructValue;
+
+/// The root handler, at the bottom of the stack. Skips a document of another root element.
+class KaInstanceXMLHandler : public StateHandler {
+  public:
+    /// @param saxHandler  not null (KAXMLInvalidArgument).
+    explicit KaInstanceXMLHandler(CKAXMLSAXContentHandler* saxHandler);
+
+    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                          std::unique_ptr<StateHandler>& nextHandler) override;
+
+  private:
+    void BeginParse(const wchar_t* namespaceUri, XMLAttributes& attributes);
+};
+
+/// Stands for one instance element at a time, and stays for all of them. Owns the instance being
+/// filled until it is handed to the client's callback.
+class InstanceHandler : public StateHandler {
+  public:
+    explicit InstanceHandler(StateHandler* parent);
+    ~InstanceHandler() override;
+
+    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                          std::unique_ptr<StateHandler>& nextHandler) override;
+
+    /// Takes both ends from the element's attributes and returns 1, or returns 0 when either is
+    /// missing. @throws KAXMLLogicError when the instance is no relationship.
+    int HandleKAXML20Relationship(XMLAttributes& attributes);
+
+  private:
+    START_ACTION StartUnknown(const wchar_t* localName, std::unique_ptr<StateHandler>& nextHandler);
+    void NotifyProject(const wchar_t* localName, XMLAttributes* attributes, bool isStart);
+    void SetId(const wchar_t* localName, XMLAttributes& attributes);
+    int HandOver();
+    KaRelationshipInstance* AsRelationship() const;
+
+    int m_isRelationship = 0;
+    std::unique_ptr<CKaInstance> m_pKaInstance;
+};
+
+/// Stands for one property element at a time, and stays for all of its instance or struct.
+class PropertiesHandler : public StateHandler {
+  public:
+    /// @param instance  the instance to fill; not null (KAXMLInvalidArgument), with a class
+    ///                  (KAXMLRuntimeError); not owned.
+    PropertiesHandler(StateHandler* parent, CKaInstance* instance);
+
+    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
+    void Characters(const wchar_t* text, std::size_t length) override;
+    END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                          std::unique_ptr<StateHandler>& nextHandler) override;
+
+  private:
+    START_ACTION StartUnknown(const wchar_t* localName, std::unique_ptr<StateHandler>& nextHandler);
+
+    CKaInstance* m_pKaInstance;
+    CKaProperty* m_pProperty = nullptr;
+};
+
+/// Stays for all members of one array property element.
+class ArrayHandler : public StateHandler {
+  public:
+    /// @param arrayValue  the array to fill; not null (KAXMLInvalidArgument); not owned.
+    ArrayHandler(StateHandler* parent, KaArrayValue* arrayValue);
+
+    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
+    void Characters(const wchar_t* text, std::size_t length) override;
+    END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                          std::unique_ptr<StateHandler>& nextHandler) override;
+
+  private:
+    std::wstring m_memberElementName;
+    CKaProperty* m_pProperty;
+    int m_membersAreStructs;
+    KaArrayValue* m_pArrayValue;
+    std::wstring m_memberText;
+};
+
+/// Stands for one struct element: a struct property's or an array member's.
+class StructHandler : public StateHandler {
+  public:
+    /// @param structValue  the struct to fill; not null (KAXMLInvalidArgument); not owned.
+    StructHandler(StateHandler* parent, KaStructValue* structValue);
+    ~StructHandler() override;
+
+    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
+
+  private:
+    CKaInstance* m_pKaInstance;
+};
+
+/// Reads "KaSource" and "KaTarget" in front of a relationship's properties, then makes room for a
+/// properties handler.
+class RelationshipHandler : public StateHandler {
+  public:
+    /// @param relationship  not null (KAXMLInvalidArgument); not owned.
+    RelationshipHandler(StateHandler* parent, KaRelationshipInstance* relationship);
+
+    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                          std::unique_ptr<StateHandler>& nextHandler) override;
+
+  private:
+    int m_state;
+    KaRelationshipInstance* m_pRelationship;
+};
+
+} // namespace KAXML

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <kaxml/kaxml/reader/xml_attributes.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace KAXML {
+
+class CKAXMLSAXContentHandler;
+
+/// What a handler answers to a start tag.
+enum START_ACTION {
+    STATUSQUO = 0,     ///< consumed; the stack stays
+    PUSH = 4,          ///< push the next handler for what follows this tag
+    PUSH_UNHANDLED = 5 ///< push the next handler and give it this tag
+};
+
+/// What a handler answers to an end tag.
+enum END_ACTION {
+    NOCHANGE = 0,      ///< consumed; the stack stays
+    POP = 1,           ///< this handler is finished
+    POP_UNHANDLED = 2, ///< this handler is finished, and the tag is for the one below
+    REPLACE = 3        ///< this handler is finished, and the next handler takes its place
+};
+
+/// Understands one kind of element of instance documents. Handlers stand on the content handler's
+/// stack, which owns them; every event goes to the top one, whose answer says how the stack changes.
+///
+/// The base keeps track of nesting: the first element it sees gives it its name, and it is finished
+/// at that element's end tag.
+class StateHandler {
+  public:
+    /// @param parent       the handler that made this one, for error paths and for the content
+    ///                     handler; null for the root handler.
+    /// @param elementName  may be empty until the first start tag.
+    StateHandler(StateHandler* parent, const wchar_t* elementName);
+    StateHandler(const StateHandler&) = delete;
+    StateHandler& operator=(const StateHandler&) = delete;
+    virtual ~StateHandler();
+
+    /// This handler's part of an error path: "." and the element's name.
+    virtual std::wstring PathSegment() const;
+    /// @param nextHandler  empty; to be set with PUSH and PUSH_UNHANDLED.
+    virtual START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                                      XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler);
+    /// @param text  not null-terminated.
+    virtual void Characters(const wchar_t* text, std::size_t length);
+    /// @param nextHandler  empty; to be set with REPLACE.
+    virtual END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
+                                  std::unique_ptr<StateHandler>& nextHandler);
+
+    /// Makes the handler ready for the next of several sibling elements.
+    void Reset();
+    /// @throws KAXMLRuntimeError when there is none.
+    CKAXMLSAXContentHandler& GetSaxHandler() const;
+    /// Takes note of a start tag. @throws KAXMLFormatError for an unexpected element.
+    void TrackStart(const wchar_t* localName);
+    /// Takes note of an end tag and answers what it means for this handler.
+    END_ACTION TrackEnd(const wchar_t* localName);
+    /// The message with the path of elements in front.
+    std::wstring FormatPathMessage(const std::wstring& message) const;
+
+  protected:
+    StateHandler* m_pParent;
+    CKAXMLSAXContentHandler* m_pSaxHandler;
+    std::wstring m_chars;
+    std::wstring m_elementName;
+    std::int32_t m_depth;
+};
+
+/// Swallows an element with everything in it. Pushed with PUSH_UNHANDLED.
+class IgnoringElement : public StateHandler {
+  public:
+    explicit IgnoringElement(StateHandler* parent);
+};
+
+/// The handlers in force, the innermost on top.
+class StateStack {
+  public:
+    void Push(std::unique_ptr<StateHandler> handler) { m_handlers.push_back(std::move(handler)); }
+    /// Destroys the top handler.
+    void Pop() noexcept { m_handlers.pop_back(); }
+    /// Null when the stack is empty or holds nothing on top.
+    StateHandler* Top() const noexcept { return m_handlers.empty() ? nullptr : m_handlers.back().get(); }
+    std::size_t Size() const noexcept { return m_handlers.size(); }
+    ~StateStack();
+
+  private:
+    std::vector<std::unique_ptr<StateHandler>> m_handlers;
+};
+
+} // namespace KAXML

@@ -1,0 +1,134 @@
+#include <kaxml/kaschemaxml/instance/instance.h>
+#include <kaxml/kaschemaxml/schema/class.h>
+#include <kaxml/kaschemaxml/schema/property.h>
+#include <kaxml/kaxml/core/errors.h>
+#include <kaxml/kaxml/core/format.h>
+#include <kaxml/kaxml/core/log_message.h>
+#include <kaxml/kaxml/reader/content_handler.h>
+#include <kaxml/kaxml/reader/instance_handlers.h>
+
+namespace KAXML {
+
+namespace {
+
+template <typename T> T* Require(T* pointer, const wchar_t* message) {
+    if (pointer == nullptr)
+        throw KAXMLInvalidArgument(message);
+    return pointer;
+}
+
+// Hands a new value to an instance and returns it.
+template <typename Value> Value* AddTo(CKaInstance& instance, std::unique_ptr<Value> value) {
+    instance.AddKaValue(value.get());
+    return value.release();
+}
+
+template <typename Value> Value* AddTo(KaArrayValue& array, std::unique_ptr<Value> value) {
+    array.PushBack(value.get());
+    return value.release();
+}
+
+} // namespace
+
+PropertiesHandler::PropertiesHandler(StateHandler* parent, CKaInstance* instance)
+    : StateHandler(parent, L""),
+      m_pKaInstance(Require(instance, L"Passed NULL pKaInstance into PropertiesHandler constructor")) {
+    if (instance->GetKaClass() == nullptr)
+        throw KAXMLRuntimeError(L"KaInstance with no KaClass was passed to PropertiesHandler constructor!");
+}
+
+START_ACTION PropertiesHandler::StartElement(const wchar_t*, const wchar_t* localName, const wchar_t*, XMLAttributes&,
+                                             std::unique_ptr<StateHandler>& nextHandler) {
+    m_pProperty = nullptr;
+    Reset();
+    m_pProperty = m_pKaInstance->GetKaClass()->FindProperty(localName);
+    if (m_pProperty == nullptr)
+        return StartUnknown(localName, nextHandler);
+    if (m_pProperty->IsArray() != 0) {
+        KaArrayValue* const array = AddTo(*m_pKaInstance, std::make_unique<KaArrayValue>(m_pProperty));
+        nextHandler = std::make_unique<ArrayHandler>(this, array);
+        TrackStart(localName);
+        return PUSH;
+    }
+    if (m_pProperty->IsStruct() != 0) {
+        KaStructValue* const structValue = AddTo(*m_pKaInstance, std::make_unique<KaStructValue>(m_pProperty));
+        nextHandler = std::make_unique<StructHandler>(this, structValue);
+        return PUSH_UNHANDLED;
+    }
+    TrackStart(localName);
+    return STATUSQUO;
+}
+
+START_ACTION PropertiesHandler::StartUnknown(const wchar_t* localName, std::unique_ptr<StateHandler>& nextHandler) {
+    if (!GetSaxHandler().HasFlag(IGNORE_UNRECOGNIZED_PROPERTIES))
+        throw KAXMLFormatError(Concat(L"Unrecognized KaProperty ", localName, L" found in instance of KaClass ",
+                                      m_pKaInstance->GetKaClass()->TypeName(), L"."));
+    LogFormatted(LOG_TRACE, L"Ignoring unrecognized KaProperty <%s>", {localName});
+    nextHandler = std::make_unique<IgnoringElement>(this);
+    return PUSH_UNHANDLED;
+}
+
+void PropertiesHandler::Characters(const wchar_t* text, std::size_t length) { m_chars.append(text, length); }
+
+END_ACTION PropertiesHandler::EndElement(const wchar_t*, const wchar_t* localName, const wchar_t*,
+                                         std::unique_ptr<StateHandler>&) {
+    if (TrackEnd(localName) == POP_UNHANDLED)
+        return POP_UNHANDLED;
+    if (m_pProperty != nullptr && m_pProperty->IsStruct() == 0 && m_pProperty->IsArray() == 0)
+        m_pKaInstance->SetPropertyValue(localName, m_chars);
+    m_pProperty = nullptr;
+    Reset();
+    return NOCHANGE;
+}
+
+ArrayHandler::ArrayHandler(StateHandler* parent, KaArrayValue* arrayValue)
+    : StateHandler(parent, L""),
+      m_memberElementName(
+          Require(arrayValue, L"Passed NULL pArrayValue into ArrayHandler constructor")->GetProperty()->GetTypeName()),
+      m_pProperty(arrayValue->GetProperty()), m_membersAreStructs(m_pProperty->IsStruct()), m_pArrayValue(arrayValue) {}
+
+START_ACTION ArrayHandler::StartElement(const wchar_t*, const wchar_t* localName, const wchar_t*, XMLAttributes&,
+                                        std::unique_ptr<StateHandler>& nextHandler) {
+    if (m_memberElementName != localName)
+        throw KAXMLFormatError(L"Encountered array element with name not equal to the property's type name");
+    m_memberText.clear();
+    if (m_membersAreStructs != 0) {
+        KaStructValue* const member = AddTo(*m_pArrayValue, std::make_unique<KaStructValue>(m_pProperty));
+        nextHandler = std::make_unique<StructHandler>(this, member);
+        return PUSH_UNHANDLED;
+    }
+    TrackStart(localName);
+    return STATUSQUO;
+}
+
+void ArrayHandler::Characters(const wchar_t* text, std::size_t length) { m_memberText.append(text, length); }
+
+END_ACTION ArrayHandler::EndElement(const wchar_t*, const wchar_t* localName, const wchar_t*,
+                                    std::unique_ptr<StateHandler>&) {
+    if (TrackEnd(localName) == POP_UNHANDLED)
+        return POP_UNHANDLED;
+    if (m_membersAreStructs != 0)
+        throw KAXMLLogicError(L"The StructHandler should have gotten the EndElement message, not us");
+    auto member = std::make_unique<CKaValue>(m_pProperty, nullptr);
+    member->SetValue(m_memberText);
+    AddTo(*m_pArrayValue, std::move(member));
+    m_memberText.clear();
+    return NOCHANGE;
+}
+
+StructHandler::StructHandler(StateHandler* parent, KaStructValue* structValue)
+    : StateHandler(parent, L""),
+      m_pKaInstance(Require(structValue, L"Passed NULL pStructValue to StructHandler constructor")->GetValue()) {
+    GetSaxHandler().EnterStruct();
+}
+
+StructHandler::~StructHandler() { m_pSaxHandler->LeaveStruct(); }
+
+START_ACTION StructHandler::StartElement(const wchar_t*, const wchar_t* localName, const wchar_t*, XMLAttributes&,
+                                         std::unique_ptr<StateHandler>& nextHandler) {
+    TrackStart(localName);
+    nextHandler = std::make_unique<PropertiesHandler>(this, m_pKaInstance);
+    return PUSH;
+}
+
+} // namespace KAXML
