@@ -64,36 +64,46 @@ bool PercentDecode(const std::string& text, std::string& bytes) {
     return true;
 }
 
-} // namespace
+std::wstring Refusal(const std::wstring& url, const std::wstring& why) { return L"Cannot open '" + url + L"': " + why; }
 
-bool PathFromUrl(const std::wstring& url, std::wstring& path, std::wstring& reason) {
-    std::wstring_view rest = url;
-    if (!EqualIgnoringCase(rest.substr(0, kFileScheme.size()), kFileScheme)) {
-        if (HasOtherScheme(url)) {
-            reason = L"Cannot open '" + url + L"': only files and file: URLs can be read";
-            return false;
-        }
-        path = url;
+// Takes the host off what follows the scheme. Returns false for one that is another machine.
+bool TakeHost(std::wstring_view& rest, std::wstring_view& host) {
+    if (!rest.starts_with(L"//"))
         return true;
-    }
-    rest.remove_prefix(kFileScheme.size());
-    if (rest.starts_with(L"//")) {
-        rest.remove_prefix(2);
-        const std::wstring_view host = rest.substr(0, rest.find(L'/'));
-        if (!host.empty() && !EqualIgnoringCase(host, L"localhost")) {
-            reason = L"Cannot open '" + url + L"': the host '" + std::wstring(host) + L"' is not this machine";
-            return false;
-        }
-        rest.remove_prefix(host.size());
+    rest.remove_prefix(2);
+    host = rest.substr(0, rest.find(L'/'));
+    rest.remove_prefix(host.size());
+    return host.empty() || EqualIgnoringCase(host, L"localhost");
+}
+
+bool PathFromFileUrl(const std::wstring& url, std::wstring& path, std::wstring& reason) {
+    std::wstring_view rest = std::wstring_view(url).substr(kFileScheme.size());
+    std::wstring_view host;
+    if (!TakeHost(rest, host)) {
+        reason = Refusal(url, L"the host '" + std::wstring(host) + L"' is not this machine");
+        return false;
     }
     std::string bytes;
     const bool isDecoded = PercentDecode(Utf8FromWide(rest), bytes);
     std::wstring decoded = WideFromUtf8(bytes);
     if (!isDecoded || Utf8FromWide(decoded) != bytes) {
-        reason = L"Cannot open '" + url + L"': it holds a malformed escape";
+        reason = Refusal(url, L"it holds a malformed escape");
         return false;
     }
     path = std::move(decoded);
+    return true;
+}
+
+} // namespace
+
+bool PathFromUrl(const std::wstring& url, std::wstring& path, std::wstring& reason) {
+    if (EqualIgnoringCase(std::wstring_view(url).substr(0, kFileScheme.size()), kFileScheme))
+        return PathFromFileUrl(url, path, reason);
+    if (HasOtherScheme(url)) {
+        reason = Refusal(url, L"only files and file: URLs can be read");
+        return false;
+    }
+    path = url;
     return true;
 }
 

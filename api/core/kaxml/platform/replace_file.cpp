@@ -102,13 +102,8 @@ class NewFile {
             unlink(m_name.c_str());
     }
 
-    // A process that may do so also gives the new file the old one's owner: the permissions would
-    // mean something else for another.
     void TakePermissions(const struct stat& old) {
-        struct stat status {};
-        if (fstat(m_descriptor, &status) == 0 && (status.st_uid != old.st_uid || status.st_gid != old.st_gid) &&
-            fchown(m_descriptor, old.st_uid, old.st_gid) != 0)
-            errno = 0;
+        TakeOwner(old);
         Require(CurrentFileCalls().fchmod(m_descriptor, old.st_mode & 07777) == 0, L"setting its permissions");
     }
 
@@ -141,6 +136,15 @@ class NewFile {
     }
 
   private:
+    // The permissions would mean something else for another owner. Only some processes may give a
+    // file away; what the others make is theirs.
+    void TakeOwner(const struct stat& old) noexcept {
+        struct stat own {};
+        const bool isOwn = fstat(m_descriptor, &own) == 0 && own.st_uid == old.st_uid && own.st_gid == old.st_gid;
+        if (!isOwn && fchown(m_descriptor, old.st_uid, old.st_gid) != 0)
+            return;
+    }
+
     void Require(bool done, const wchar_t* step) const {
         if (!done)
             FailWithSystemError(m_path, step, errno);

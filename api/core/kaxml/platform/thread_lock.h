@@ -4,7 +4,7 @@
 
 namespace KAXML {
 
-/// A mutual-exclusion lock that one thread may take several times (a critical section).
+/// A mutual-exclusion lock. A thread that holds it must not take it again.
 class ThreadLock {
   public:
     ThreadLock() = default;
@@ -16,8 +16,7 @@ class ThreadLock {
     void Release() noexcept { m_mutex.unlock(); }
 
   private:
-    // A logging callback that is told of a failure inside the lock may use what the lock guards.
-    std::recursive_mutex m_mutex;
+    std::mutex m_mutex;
 };
 
 } // namespace KAXML

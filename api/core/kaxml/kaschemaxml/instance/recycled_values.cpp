@@ -62,6 +62,8 @@ template <typename Operation> auto Reported(Operation operation, const wchar_t* 
 } // namespace
 
 CKaValue* RecycledValues::Get(CKaProperty* property) {
+    // Before the lock: the failure is logged, and the callback may use the pool.
+    KaValueBase::RequireProperty(property);
     Pool& pool = ThePool();
     const ScopedThreadLock lock(&pool.lock);
     if (pool.s_recycledValues.empty())
@@ -88,6 +90,7 @@ void RecycledValues::TakeOver(CKaValue* value) {
 }
 
 void RecycledValues::Recycle(CKaValue* value) {
+    // Before the lock, as above.
     if (value != nullptr && value->m_isHeld)
         throw KAXMLLogicError(L"Attempted to recycle a value that an array, an instance or the pool holds");
     if (value != nullptr)

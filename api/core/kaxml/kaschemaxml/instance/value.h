@@ -73,6 +73,8 @@ class KAXML_API KaValueBase {
     friend class ModelCopier;
     friend class RecycledValues;
 
+    static void RequireProperty(const CKaProperty* property);
+
     CKaProperty* m_pProperty = nullptr;
     std::wstring m_propertyName;
     std::uint32_t m_status;

@@ -27,11 +27,15 @@ KaValueBase& KaValueBase::operator=(const KaValueBase& other) {
 
 KaValueBase::~KaValueBase() = default;
 
+void KaValueBase::RequireProperty(const CKaProperty* property) {
+    if (property == nullptr)
+        throw KAXMLInvalidArgument(L"Passed NULL pKaProperty to KaValueBase::Reinitialize");
+}
+
 void KaValueBase::Reinitialize(CKaProperty* property) {
     m_propertyName.clear();
     m_status = kNullStatus;
-    if (property == nullptr)
-        throw KAXMLInvalidArgument(L"Passed NULL pKaProperty to KaValueBase::Reinitialize");
+    RequireProperty(property);
     m_pProperty = property;
     m_propertyName = property->PropertyName();
 }

@@ -20,6 +20,9 @@ class KAXML_API CKaSource : public CKaCommon {
     CKaSource& operator=(CKaSource&& other) noexcept;
     ~CKaSource() override;
 
+    /// The relationship class that contains this end; null for an end made on its own.
+    CKaRelationshipClass* GetOwner() const noexcept { return m_pOwner; }
+
   private:
     friend class CKaRelationshipClass;
     friend class ModelCopier;
@@ -56,6 +59,9 @@ class KAXML_API CKaTargets : public CKaCommon {
     CKaTargets& operator=(const CKaTargets& other);
     CKaTargets& operator=(CKaTargets&& other) noexcept;
     ~CKaTargets() override;
+
+    /// The relationship class that contains this end; null for an end made on its own.
+    CKaRelationshipClass* GetOwner() const noexcept { return m_pOwner; }
 
   private:
     friend class CKaRelationshipClass;

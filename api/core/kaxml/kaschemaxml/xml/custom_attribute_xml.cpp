@@ -3,6 +3,7 @@
 #include <kaxml/kaschemaxml/schema/common.h>
 #include <kaxml/kaschemaxml/schema/format_names.h>
 #include <kaxml/kaschemaxml/schema/property.h>
+#include <kaxml/kaschemaxml/schema/relationship_class.h>
 #include <kaxml/kaschemaxml/schema/schema.h>
 #include <kaxml/kaschemaxml/xml/elements.h>
 #include <kaxml/kaxml/core/arguments.h>
@@ -12,6 +13,10 @@ namespace KAXML {
 
 namespace {
 
+std::wstring NameOfOwner(const CKaRelationshipClass* owner) {
+    return Concat(L"KaRelationshipClass '", owner == nullptr ? L"" : owner->GetTypeName(), L"'");
+}
+
 // How a message calls the item that custom attributes are attached to.
 std::wstring NameOfItem(const CKaCommon& item) {
     if (const auto* const schema = dynamic_cast<const CKaSchema*>(&item))
@@ -20,7 +25,11 @@ std::wstring NameOfItem(const CKaCommon& item) {
         return Concat(L"KaClass '", kaClass->GetTypeName(), L"'");
     if (const auto* const property = dynamic_cast<const CKaProperty*>(&item))
         return Concat(L"KaProperty '", property->GetPropertyName(), L"'");
-    return L"an end of a KaRelationshipClass";
+    if (const auto* const source = dynamic_cast<const CKaSource*>(&item))
+        return L"Source of " + NameOfOwner(source->GetOwner());
+    if (const auto* const targets = dynamic_cast<const CKaTargets*>(&item))
+        return L"Target of " + NameOfOwner(targets->GetOwner());
+    return L"an item";
 }
 
 [[noreturn]] void ThrowUnexpectedText(const CKaCommon& item, const std::wstring& text) {
@@ -91,9 +100,8 @@ int CKaCommon::WriteCustomAttributesToXML(IXMLDOMDocument2* document, IXMLDOMNod
 
 KaArrayValue* CKaCommon::GetArrayFromCustomAttribute(CKaClass* customAttributeClass, const wchar_t* propertyName,
                                                      int createIfMissing) {
-    constexpr wchar_t operation[] = L"CKaCommon::GetArrayFromCustomAttribute";
-    const CKaClass& kaClass = *RequireNotNull(customAttributeClass, L"customAttributeClass", operation);
-    RequireNotNull(propertyName, L"propertyName", operation);
+    const CKaClass& kaClass =
+        *RequireNotNull(customAttributeClass, L"customAttributeClass", L"CKaCommon::GetArrayFromCustomAttribute");
     if (CKaCustomAttribute* const found = FindKaCustomAttributeByName(kaClass.GetTypeName()))
         return RequireArray(found->GetPropertyValue(propertyName, true), kaClass, propertyName);
     if (createIfMissing == 0)
@@ -110,9 +118,9 @@ KaArrayValue* CKaCommon::GetArrayFromCustomAttribute(CKaClass* customAttributeCl
 
 CKaInstance* CKaCommon::CreateArrayMemberForCustomAttribute(CKaClass* customAttributeClass,
                                                             const wchar_t* propertyName) {
-    constexpr wchar_t operation[] = L"CKaCommon::CreateArrayMemberForCustomAttribute";
-    const CKaClass& kaClass = *RequireNotNull(customAttributeClass, L"customAttributeClass", operation);
-    CKaProperty& property = RequireProperty(kaClass, RequireNotNull(propertyName, L"propertyName", operation));
+    const CKaClass& kaClass = *RequireNotNull(customAttributeClass, L"customAttributeClass",
+                                              L"CKaCommon::CreateArrayMemberForCustomAttribute");
+    CKaProperty& property = RequireProperty(kaClass, propertyName);
     KaArrayValue* const array = GetArrayFromCustomAttribute(customAttributeClass, propertyName, 1);
     auto member = std::make_unique<KaStructValue>(&property);
     array->PushBack(member.get());

@@ -36,7 +36,7 @@ HRESULT CheckXmlLoad(const IXMLDOMDocument2& document) {
 
 IXMLDOMNode* FindRoot(const IXMLDOMDocument2& document) {
     IXMLDOMNode* node = document.get_firstChild();
-    while (node != nullptr && node->get_baseName() != L"KaSchema")
+    while (node != nullptr && (node->get_nodeType() != NODE_ELEMENT || node->get_baseName() != L"KaSchema"))
         node = node->get_nextSibling();
     return node;
 }

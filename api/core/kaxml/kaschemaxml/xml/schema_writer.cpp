@@ -35,11 +35,9 @@ void FillTemplate(const CKaSchema& schema, IXMLDOMElement* root) {
 }
 
 IXMLDOMElement* FindRoot(const IXMLDOMDocument2& document) {
-    IXMLDOMNode* node = document.get_firstChild();
-    while (node != nullptr && node->get_baseName() != L"KaSchema")
-        node = node->get_nextSibling();
     IXMLDOMElement* element = nullptr;
-    if (node != nullptr)
+    for (IXMLDOMNode* node = document.get_firstChild(); node != nullptr && element == nullptr;
+         node = node->get_nextSibling())
         static_cast<void>(node->QueryInterface(&element));
     return element;
 }

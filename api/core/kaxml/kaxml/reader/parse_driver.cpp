@@ -19,6 +19,8 @@ void CheckStatus(HRESULT status, const std::wstring& operation) {
 void Parse(ISAXXMLReader& reader, const ParseRequest& request) {
     const bool isUrl = request.isUrl != 0;
     const HRESULT status = isUrl ? reader.parseURL(request.xmlSource) : reader.parse(request.xmlSource);
+    if (status >= 0)
+        return;
     CheckStatus(status, Concat(L"ParseKaInstanceXML: Failed to parse  ", isUrl ? request.xmlSource : L"", L" "));
 }
 
