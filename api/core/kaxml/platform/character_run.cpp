@@ -11,7 +11,7 @@ namespace KAXML {
 namespace {
 
 constexpr std::size_t kSmallest = 1024;
-constexpr std::size_t kLargestKept = 256 * 1024;
+constexpr std::size_t kLargestKept = 262144;
 
 constexpr bool IsAscii(char c) noexcept { return static_cast<unsigned char>(c) < 0x80; }
 

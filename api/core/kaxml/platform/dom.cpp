@@ -111,11 +111,11 @@ bool IXMLDOMNode::IsInside(const IXMLDOMNode* branch) const noexcept {
 
 IXMLDOMNode* IXMLDOMNode::appendChild(IXMLDOMNode* child) {
     if (child == nullptr)
-        throw _com_error(E_POINTER, L"There is no node to append.");
+        throw _com_error(E_POINTER, L"There is no node to append");
     if (m_type != NODE_ELEMENT && m_type != NODE_DOCUMENT)
-        throw _com_error(E_INVALIDARG, L"A node '" + get_nodeName() + L"' cannot have children.");
+        throw _com_error(E_INVALIDARG, L"A node '" + get_nodeName() + L"' cannot have children");
     if (child->m_parent != nullptr || child->m_type == NODE_DOCUMENT || IsInside(child))
-        throw _com_error(E_INVALIDARG, L"The node '" + child->get_nodeName() + L"' is already part of a tree.");
+        throw _com_error(E_INVALIDARG, L"The node '" + child->get_nodeName() + L"' is already part of a tree");
     child->MoveBranchTo(child->DepthUnder(*this));
     (m_lastChild != nullptr ? m_lastChild->m_nextSibling : m_firstChild) = child;
     m_lastChild = child;
@@ -133,9 +133,9 @@ HRESULT IXMLDOMNode::QueryInterface(IXMLDOMElement** element) noexcept {
 HRESULT IXMLDOMElement::setAttribute(std::wstring_view name, std::wstring_view value) {
     const AttributeName parts = Split(name);
     if (!IsAllowed(parts))
-        Refuse(parts.isDeclaration ? L"cannot declare a prefix." : L"cannot be the name of an attribute.", name);
+        Refuse(parts.isDeclaration ? L"cannot declare a prefix" : L"cannot be the name of an attribute", name);
     if (parts.isDeclaration && !IsAllowedDeclaration(parts, value))
-        Refuse(L"cannot declare the namespace '" + std::wstring(value) + L"'.", name);
+        Refuse(L"cannot declare the namespace '" + std::wstring(value) + L"'", name);
     const auto found = std::find_if(m_attributes.begin(), m_attributes.end(),
                                     [name](const IXMLDOMAttribute& set) { return set.get_nodeName() == name; });
     if (found != m_attributes.end())
@@ -166,9 +166,9 @@ IXMLDOMNode* IXMLDOMDocument2::MakeNode(DOMNodeType type, const XmlName* name, s
 
 IXMLDOMNode* IXMLDOMDocument2::createNode(DOMNodeType type, std::wstring_view name, std::wstring_view namespaceUri) {
     if (type != NODE_ELEMENT)
-        Refuse(L"cannot be made: only elements have names.", name);
+        Refuse(L"cannot be made: only elements have names", name);
     if (!IsNCName(name))
-        Refuse(L"cannot be the name of an element.", name);
+        Refuse(L"cannot be the name of an element", name);
     return MakeElement(Intern(namespaceUri, name, name));
 }
 

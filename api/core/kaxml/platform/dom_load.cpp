@@ -125,7 +125,7 @@ bool IXMLDOMDocument2::loadXML(const std::wstring& text) {
     if (null == std::wstring::npos)
         return Build(*OpenWideText(text.c_str()), {});
     Clear();
-    m_parseError = {E_FAIL, 0, 0, {}, L"The text holds a null character."};
+    m_parseError = {E_FAIL, 0, 0, {}, L"The text holds a null character"};
     return false;
 }
 

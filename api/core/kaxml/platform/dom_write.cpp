@@ -75,7 +75,7 @@ int PositionAmongEquals(const IXMLDOMNode& node) {
 
 // One step of a path: the element, and what tells it from its siblings.
 std::wstring PathStep(const IXMLDOMNode& node) {
-    const std::wstring step = L"/" + node.get_nodeName();
+    std::wstring step = L"/" + node.get_nodeName();
     if (node.get_parentNode() == nullptr || node.get_parentNode()->get_nodeType() == NODE_DOCUMENT)
         return step;
     IXMLDOMNamedNodeMap attributes = node.get_attributes();
@@ -246,7 +246,7 @@ class Writer {
             path = PathOf(node) + L"/@" + *attribute;
         else if (node.get_parentNode() != nullptr)
             path = PathOf(*node.get_parentNode()) + (IsCharacterData(node) ? L"/text()" : L"/" + node.get_nodeName());
-        throw _com_error(E_INVALIDARG, path + L": XML cannot hold the character " + CodePointName(c) + L".");
+        throw _com_error(E_INVALIDARG, path + L": XML cannot hold the character " + CodePointName(c));
     }
 
     const std::wstring kDefaultDeclaration = L"xmlns";

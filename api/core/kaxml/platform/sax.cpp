@@ -22,7 +22,7 @@ std::wstring_view View(const wchar_t* text, int length) noexcept {
 
 void RequireSuccess(HRESULT status) {
     if (status < 0)
-        throw _com_error(status, L"The content handler stopped the parse.");
+        throw _com_error(status, L"The content handler stopped the parse");
 }
 
 // The attributes of the start tag at hand. Their names are looked up once for each tag, when the
@@ -141,13 +141,13 @@ class Reader final : public ISAXXMLReader {
 
     HRESULT parse(const wchar_t* text) override {
         if (text == nullptr)
-            throw _com_error(E_POINTER, L"There is no text to parse.");
+            throw _com_error(E_POINTER, L"There is no text to parse");
         return Parse(*OpenWideText(text), {});
     }
 
     HRESULT parseURL(const wchar_t* url) override {
         if (url == nullptr)
-            throw _com_error(E_POINTER, L"There is no URL to parse.");
+            throw _com_error(E_POINTER, L"There is no URL to parse");
         std::wstring path;
         std::wstring reason;
         if (!PathFromUrl(url, path, reason))

@@ -165,9 +165,9 @@ void UseDeclaredCharset(XmlEncoding& encoding, std::string_view text, std::strin
     const std::unique_ptr<TextDecoder> decoder = TextDecoder::Create(std::string(declared));
     const auto end = static_cast<std::size_t>(declared.data() + declared.size() - text.data());
     if (decoder == nullptr)
-        Refuse(encoding, text, declared, L"is not known.");
+        Refuse(encoding, text, declared, L"is not known");
     else if (!DeclarationAgrees(*decoder, text.substr(0, end)))
-        Refuse(encoding, text, declared, L"contradicts the bytes of the file.");
+        Refuse(encoding, text, declared, L"contradicts the bytes of the file");
     else
         encoding.name = declared;
 }
@@ -176,7 +176,7 @@ void UseDeclaredCharset(XmlEncoding& encoding, std::string_view text, std::strin
 void RefuseEndlessDeclaration(XmlEncoding& encoding, const std::string& text) {
     if (!BeginsDeclaration(text) || text.find("?>") != std::string::npos)
         return;
-    encoding.refusal = L"The XML declaration is too long.";
+    encoding.refusal = L"The XML declaration is too long";
     encoding.textBeforeRefusal = text;
 }
 
@@ -198,11 +198,11 @@ XmlEncoding DetectEncoding(std::string_view head) {
     if (!declared)
         return encoding;
     if (!IsEncodingName(*declared))
-        Refuse(encoding, text, *declared, L"is no encoding's name.");
+        Refuse(encoding, text, *declared, L"is no encoding's name");
     else if (NamesFamily(UpperCase(*declared), family))
         return encoding;
     else if (isMarked || family.unit > 1)
-        Refuse(encoding, text, *declared, L"contradicts the bytes of the file.");
+        Refuse(encoding, text, *declared, L"contradicts the bytes of the file");
     else
         UseDeclaredCharset(encoding, text, *declared);
     return encoding;

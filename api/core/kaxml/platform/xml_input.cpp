@@ -102,7 +102,7 @@ class WideInput final : public SlicedInput {
         // Behind any unit before the closing null there is one more to look at.
         const char32_t c = NextCodePoint(m_next, m_next + 2);
         if (IsSurrogate(c) || c > 0x10FFFF) {
-            Break(utf8, L"The text holds " + CodePointName(c) + L", which is no character.");
+            Break(utf8, L"The text holds " + CodePointName(c) + L", which is no character");
             return false;
         }
         AppendUtf8(utf8, c);
@@ -161,7 +161,7 @@ class FileInput final : public SlicedInput {
         const bool isText = m_decoder != nullptr && m_decoder->Decode(m_bytes, utf8) &&
                             (!isAtEnd || !m_file->failure.empty() || (m_bytes.empty() && m_decoder->Finish(utf8)));
         if (!isText)
-            Break(utf8, L"The bytes are no text in the encoding '" + WideFromUtf8(m_encoding.name) + L"'.");
+            Break(utf8, L"The bytes are no text in the encoding '" + WideFromUtf8(m_encoding.name) + L"'");
         else if (isAtEnd)
             Finish(utf8);
     }

@@ -34,9 +34,11 @@ class NameTable {
     const XmlName& Find(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) {
         const Key key{local, prefix, uri};
         Recent& recent = m_recent[Hash()(key) % kRecent];
-        if (recent.name == nullptr || !(recent.key == key))
-            recent = {key, &Look(key)};
-        return *recent.name;
+        if (recent.name != nullptr && recent.key == key)
+            return *recent.name;
+        const XmlName& name = Look(key);
+        recent = {key, &name};
+        return name;
     }
 
   private:
@@ -201,7 +203,7 @@ std::optional<XmlError> Parse::Run() {
     if (!m_error)
         CheckEnd();
     if (!m_error && (status != 0 || m_context->wellFormed == 0))
-        Refuse(L"The document is not well formed.");
+        Refuse(L"The document is not well formed");
     return std::move(m_error);
 }
 
@@ -209,7 +211,7 @@ std::optional<XmlError> Parse::Run() {
 void Parse::CheckEnd() {
     const xmlParserInput* const input = m_context->input;
     if (input != nullptr && input->cur != nullptr && input->cur < input->end)
-        Refuse(L"The document holds a null character.");
+        Refuse(L"The document holds a null character");
 }
 
 // No further event gets through, and the parser soon finds its input at an end. Stopping it at
@@ -274,7 +276,7 @@ void Parse::TakeError(const xmlError& error) {
         return;
     }
     if (error.code == XML_ERR_INVALID_ENCODING) {
-        Refuse(L"The bytes are no text in the encoding 'UTF-8'.");
+        Refuse(L"The bytes are no text in the encoding 'UTF-8'");
         return;
     }
     std::wstring message = error.message != nullptr ? WideFromUtf8(error.message) : std::wstring();
@@ -300,7 +302,7 @@ bool Parse::IsAtBreak() const noexcept {
 }
 
 void Parse::OnDocumentType(void* self, const xmlChar*, const xmlChar*, const xmlChar*) noexcept {
-    Of(self).Deliver([] { throw XmlRefusal{L"A document type declaration is not allowed."}; });
+    Of(self).Deliver([] { throw XmlRefusal{L"A document type declaration is not allowed"}; });
 }
 
 void Parse::OnStartElement(void* self, const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
@@ -352,6 +354,6 @@ std::optional<XmlError> ParseXml(XmlInput& input, XmlEvents& events) {
     return Parse(input, events).Run();
 }
 
-std::wstring NestingRefusal() { return L"The document is nested deeper than " + FormatInt(kMaxNesting) + L" levels."; }
+std::wstring NestingRefusal() { return L"The document is nested deeper than " + FormatInt(kMaxNesting) + L" levels"; }
 
 } // namespace KAXML

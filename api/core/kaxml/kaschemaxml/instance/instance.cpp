@@ -2,6 +2,7 @@
 
 #include <kaxml/kaschemaxml/instance/custom_attribute.h>
 #include <kaxml/kaschemaxml/instance/recycled_values.h>
+#include <kaxml/kaschemaxml/instance/value_kind.h>
 #include <kaxml/kaschemaxml/schema/class.h>
 #include <kaxml/kaschemaxml/schema/model_copier.h>
 #include <kaxml/kaschemaxml/schema/property.h>
@@ -30,18 +31,19 @@ bool HasName(const Values& values, const std::wstring& name) {
                        [&name](const auto& value) { return value->PropertyName() == name; });
 }
 
-// The name itself, or with the first number from 2 on that makes it unique.
-std::wstring UniqueName(const Values& values, const std::wstring& base) {
-    std::wstring name = base;
-    for (int counter = 2; HasName(values, name); ++counter)
-        name = base + FormatInt(counter);
-    return name;
+// The name with the first number from 2 on that makes it unique.
+std::wstring NumberedName(const Values& values, const std::wstring& base) {
+    for (int counter = 2;; ++counter) {
+        std::wstring name = base + FormatInt(counter);
+        if (!HasName(values, name))
+            return name;
+    }
 }
 
 // Gives primitive values back to the pool and deletes the others.
 void DropValues(Values& values) noexcept {
     for (std::unique_ptr<KaValueBase>& value : values)
-        if (auto* const primitive = dynamic_cast<CKaValue*>(value.get())) {
+        if (CKaValue* const primitive = AsPrimitive(value.get())) {
             static_cast<void>(value.release());
             RecycledValues::Drop(primitive);
         }
@@ -105,11 +107,19 @@ void CKaInstance::AddKaValue(KaValueBase* value) {
     if (value->m_isHeld)
         throw KAXMLLogicError(Concat(L"Attempted to add a value of property '", value->PropertyName(),
                                      L"' that an array or instance already holds"));
-    std::wstring name = UniqueName(m_values, value->PropertyName());
+    if (!HasName(m_values, value->PropertyName())) {
+        Append(value);
+        return;
+    }
+    std::wstring name = NumberedName(m_values, value->PropertyName());
+    Append(value);
+    value->m_propertyName.swap(name);
+}
+
+void CKaInstance::Append(KaValueBase* value) {
     m_values.emplace_back();
     m_values.back().reset(value);
     value->m_isHeld = true;
-    value->m_propertyName.swap(name);
 }
 
 void CKaInstance::RemoveAllKaValues() { DropValues(m_values); }

@@ -118,7 +118,12 @@ class KAXML_API CKaInstance {
   private:
     friend class ModelCopier;
 
+    friend class PropertiesHandler;
+
     template <typename Value> void SetPrimitive(const wchar_t* name, const Value& value);
+    void SetText(CKaProperty* property, const wchar_t* name, const std::wstring& text);
+    KaValueBase* CreateValue(CKaProperty* property);
+    void Append(KaValueBase* value);
 
     std::wstring m_instanceID;
     std::wstring m_typeName;

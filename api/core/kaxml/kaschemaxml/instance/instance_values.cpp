@@ -1,4 +1,5 @@
 #include <kaxml/kaschemaxml/instance/instance.h>
+#include <kaxml/kaschemaxml/instance/value_kind.h>
 #include <kaxml/kaschemaxml/schema/class.h>
 #include <kaxml/kaschemaxml/schema/property.h>
 #include <kaxml/kaxml/core/arguments.h>
@@ -31,9 +32,23 @@ KaValueBase* CKaInstance::FindOrCreateValue(const wchar_t* name) {
     if (property == nullptr)
         throw KAXMLDomainError(Concat(L"Attempted to create value for property '", name,
                                       L"' which does not exist in class '", m_pKaClass->TypeName(), L"'"));
+    return CreateValue(property);
+}
+
+// For a property of whose name there is no value yet.
+KaValueBase* CKaInstance::CreateValue(CKaProperty* property) {
     std::unique_ptr<KaValueBase> value(KaValueBase::CreateKaValueForKaProperty(m_pKaClass, property));
-    AddKaValue(value.get());
+    Append(value.get());
     return value.release();
+}
+
+// SetPropertyValue for a caller that has found the property already.
+void CKaInstance::SetText(CKaProperty* property, const wchar_t* name, const std::wstring& text) {
+    KaValueBase* const found = FindValue(name, false);
+    CKaValue* const primitive = AsPrimitive(found != nullptr ? found : CreateValue(property));
+    if (primitive == nullptr)
+        throw KAXMLLogicError(L"Attempted to set primitive value into a non-primitive property");
+    primitive->SetValue(text);
 }
 
 KaValueBase* CKaInstance::GetPropertyValue(const wchar_t* name, bool throwIfMissing) const {
@@ -41,7 +56,7 @@ KaValueBase* CKaInstance::GetPropertyValue(const wchar_t* name, bool throwIfMiss
 }
 
 const wchar_t* CKaInstance::GetPropertyValue(const wchar_t* name) const {
-    const auto* const value = dynamic_cast<const CKaValue*>(FindValue(name, false));
+    const CKaValue* const value = AsPrimitive(FindValue(name, false));
     return value == nullptr ? nullptr : value->GetValue();
 }
 
@@ -54,14 +69,14 @@ void CKaInstance::GetPropertyValue(const wchar_t* name, double* number) const {
 }
 
 CKaValue* CKaInstance::GetPrimitiveValue(const wchar_t* name) const {
-    auto* const value = dynamic_cast<CKaValue*>(FindValue(name, true));
+    CKaValue* const value = AsPrimitive(FindValue(name, true));
     if (value == nullptr)
         throw KAXMLLogicError(L"Called GetPrimitiveValue for a non-primitive CKaValue");
     return value;
 }
 
 CKaValue* CKaInstance::GetPrimitiveValueForSetting(const wchar_t* name) {
-    auto* const value = dynamic_cast<CKaValue*>(FindOrCreateValue(name));
+    CKaValue* const value = AsPrimitive(FindOrCreateValue(name));
     if (value == nullptr)
         throw KAXMLLogicError(L"Attempted to set primitive value into a non-primitive property");
     return value;

@@ -18,10 +18,11 @@ KaValueBase::KaValueBase(const KaValueBase& other)
     : m_pProperty(other.m_pProperty), m_propertyName(other.m_propertyName), m_status(other.m_status) {}
 
 KaValueBase& KaValueBase::operator=(const KaValueBase& other) {
-    std::wstring name = other.m_propertyName;
-    m_pProperty = other.m_pProperty;
-    m_propertyName.swap(name);
-    m_status = other.m_status;
+    if (this != &other) {
+        m_propertyName = other.m_propertyName;
+        m_pProperty = other.m_pProperty;
+        m_status = other.m_status;
+    }
     return *this;
 }
 

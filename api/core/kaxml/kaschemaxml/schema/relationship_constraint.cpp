@@ -6,10 +6,6 @@ namespace KAXML {
 
 namespace {
 
-std::unique_ptr<CKaConstraint> CopyOf(const std::unique_ptr<CKaConstraint>& constraint) {
-    return constraint ? std::make_unique<CKaConstraint>(*constraint) : nullptr;
-}
-
 void Replace(std::unique_ptr<CKaConstraint>& held, CKaConstraint* constraint) noexcept {
     if (held.get() != constraint)
         held.reset(constraint);
@@ -65,8 +61,12 @@ std::wstring CKaConstraint::GetKaRelationshipKey(unsigned int index) const {
 
 CKaRelationshipConstraint::CKaRelationshipConstraint() = default;
 
-CKaRelationshipConstraint::CKaRelationshipConstraint(const CKaRelationshipConstraint& other)
-    : m_pSourceConstraint(CopyOf(other.m_pSourceConstraint)), m_pTargetConstraint(CopyOf(other.m_pTargetConstraint)) {}
+CKaRelationshipConstraint::CKaRelationshipConstraint(const CKaRelationshipConstraint& other) {
+    if (other.m_pSourceConstraint)
+        m_pSourceConstraint = std::make_unique<CKaConstraint>(*other.m_pSourceConstraint);
+    if (other.m_pTargetConstraint)
+        m_pTargetConstraint = std::make_unique<CKaConstraint>(*other.m_pTargetConstraint);
+}
 
 CKaRelationshipConstraint& CKaRelationshipConstraint::operator=(const CKaRelationshipConstraint& other) {
     CKaRelationshipConstraint copy(other);

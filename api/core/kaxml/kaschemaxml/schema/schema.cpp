@@ -24,7 +24,9 @@ CKaSchema::CKaSchema(const std::wstring& name, const std::wstring& prefix, const
 }
 
 CKaSchema::CKaSchema(const wchar_t* name, const wchar_t* prefix, const wchar_t* description) : CKaCommon(description) {
-    init(RequireName(name, kSchemaNameKind), RequireName(prefix, kClassNameKind));
+    // The name is judged before the prefix.
+    const std::wstring checkedName = RequireName(name, kSchemaNameKind);
+    init(checkedName, RequireName(prefix, kClassNameKind));
 }
 
 void CKaSchema::init(const std::wstring& name, const std::wstring& prefix) {

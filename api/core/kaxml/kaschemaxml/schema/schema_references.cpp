@@ -6,6 +6,7 @@
 #include <kaxml/kaxml/core/arguments.h>
 #include <kaxml/kaxml/core/format.h>
 
+#include <optional>
 #include <string_view>
 
 namespace KAXML {
@@ -13,19 +14,18 @@ namespace KAXML {
 namespace {
 
 // The names of the schemas on the way from one schema to another along references, joined by
-// arrows; empty when there is no way.
-std::wstring WayAlongReferences(CKaSchema& from, const CKaSchema& to) {
+// arrows; none when there is no way.
+std::optional<std::wstring> WayAlongReferences(CKaSchema& from, const CKaSchema& to) {
     if (&from == &to)
         return to.GetSchemaName();
     CKaReferencedSchemaIterator references(&from);
     for (const CKaSchemaReference* entry = references.Begin(); entry != nullptr; entry = references.Next()) {
         if (entry->GetSchema() == nullptr)
             continue;
-        const std::wstring way = WayAlongReferences(*entry->GetSchema(), to);
-        if (!way.empty())
-            return Concat(from.GetSchemaName(), L" -> ", way);
+        if (const std::optional<std::wstring> way = WayAlongReferences(*entry->GetSchema(), to))
+            return Concat(from.GetSchemaName(), L" -> ", *way);
     }
-    return {};
+    return std::nullopt;
 }
 
 // A referenced schema of the same major version and a higher minor one serves for a lower one.
@@ -62,11 +62,9 @@ const CKaSchema& SchemaOfName(const CKaSchema& schema, const wchar_t* schemaName
 } // namespace
 
 void CKaSchema::AddReference(CKaSchemaReference& reference) {
-    if (reference.m_pKaSchema != nullptr) {
-        const std::wstring way = WayAlongReferences(*reference.m_pKaSchema, *this);
-        if (!way.empty())
-            throw KAXMLRuntimeError(Concat(L"KaSchema references form a cycle: ", m_schemaName, L" -> ", way));
-    }
+    if (reference.m_pKaSchema != nullptr)
+        if (const std::optional<std::wstring> way = WayAlongReferences(*reference.m_pKaSchema, *this))
+            throw KAXMLRuntimeError(Concat(L"KaSchema references form a cycle: ", m_schemaName, L" -> ", *way));
     m_references.push_back(reference);
 }
 

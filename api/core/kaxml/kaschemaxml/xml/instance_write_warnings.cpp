@@ -35,6 +35,8 @@ void CheckMember(const std::wstring& item, const KaValueBase* member) {
 void CheckArray(const std::wstring& item, const KaArrayValue& array) {
     if (array.GetLength() == 0)
         WarnOfWrite(item, L"an array without members does not come back");
+    else if (array.IsNull())
+        WarnOfWrite(item, L"a null array is read back with its members");
     for (unsigned int i = 0; i < array.GetLength(); ++i)
         CheckMember(item, array.GetValue(i));
 }
@@ -47,8 +49,10 @@ void CheckValue(const std::wstring& instanceItem, const CKaInstance& instance, c
         CheckText(item, *primitive, false);
     else if (const auto* const array = dynamic_cast<const KaArrayValue*>(&value))
         CheckArray(item, *array);
-    else
-        WarnOfWrite(item, L"a struct outside an array cannot be read from a schema file");
+    else if (const auto* const structValue = dynamic_cast<const KaStructValue*>(&value))
+        WarnOfWrite(item, structValue->GetValue()->GetKaValueCount() == 0
+                              ? L"a struct without values does not come back"
+                              : L"it is a struct outside an array, so the file cannot be read");
 }
 
 void CheckInstance(const std::wstring& item, const CKaInstance& instance) {
@@ -56,8 +60,32 @@ void CheckInstance(const std::wstring& item, const CKaInstance& instance) {
         CheckValue(item, instance, *instance.GetKaValue(i));
 }
 
-std::wstring ItemName(const CKaCustomAttribute& customAttribute, const std::wstring& holder) {
-    return Concat(L"KaCustomAttribute '", customAttribute.TypeName(), L"' of ", holder);
+// Whether the reader of the file has the properties that the instance's values name, also those of
+// structs in arrays.
+bool HasProperties(const CKaInstance& instance, const KnownWhenRead& known) {
+    for (unsigned int i = 0; i < instance.GetKaValueCount(); ++i) {
+        const KaValueBase& value = *instance.GetKaValue(i);
+        const CKaClass* const declaring = value.GetProperty()->GetKaClass();
+        if (declaring != nullptr && !known.hasProperties(*declaring))
+            return false;
+        const auto* const array = dynamic_cast<const KaArrayValue*>(&value);
+        for (unsigned int k = 0; array != nullptr && k < array->GetLength(); ++k)
+            if (const auto* const member = dynamic_cast<const KaStructValue*>(array->GetValue(k)))
+                if (!HasProperties(*member->GetValue(), known))
+                    return false;
+    }
+    return true;
+}
+
+void CheckClassOf(const CKaSchema& schema, const std::wstring& item, const CKaCustomAttribute& customAttribute,
+                  const KnownWhenRead& known) {
+    const CKaClass* const found = schema.FindKaClass(customAttribute.GetTypeName(), KA_ANY_CLASS_TYPE);
+    if (found == nullptr)
+        WarnOfWrite(item, L"its class is not found by its name, so the file cannot be read");
+    else if (found != customAttribute.GetKaClass())
+        WarnOfWrite(item, L"its name is another class's, which the file is read back with");
+    else if (!known.isFound(*found) || !HasProperties(customAttribute, known))
+        WarnOfWrite(item, L"its class or a class of its values stands later in the file, so the file cannot be read");
 }
 
 } // namespace
@@ -66,30 +94,15 @@ void WarnOfWrite(const std::wstring& item, const wchar_t* reason) {
     LogFormatted(LOG_WARNING, L"Writing %s: %s.", {item, reason});
 }
 
-void CheckCustomAttributes(const CKaSchema& schema, const std::wstring& item, const CKaCommon& common) {
+void CheckCustomAttributes(const CKaSchema& schema, const std::wstring& item, const CKaCommon& common,
+                           const KnownWhenRead& known) {
     for (unsigned int i = 0; i < common.GetKaCustomAttributeCount(); ++i) {
         const CKaCustomAttribute& customAttribute = *common.GetKaCustomAttribute(i);
-        const std::wstring name = ItemName(customAttribute, item);
-        const CKaClass* const found = schema.FindKaClass(customAttribute.GetTypeName(), KA_ANY_CLASS_TYPE);
-        if (found == nullptr)
-            WarnOfWrite(name, L"its class is not found by its name, so the file cannot be read");
-        else if (found != customAttribute.GetKaClass())
-            WarnOfWrite(name, L"its name is another class's, which the file is read back with");
+        const std::wstring name = Concat(L"KaCustomAttribute '", customAttribute.TypeName(), L"' of ", item);
+        CheckClassOf(schema, name, customAttribute, known);
         if (!customAttribute.InstanceID().empty())
             WarnOfWrite(name, L"its id is written, but not read");
         CheckInstance(name, customAttribute);
-    }
-}
-
-void CheckSchemaCustomAttributes(const CKaSchema& schema, const std::wstring& item) {
-    CheckCustomAttributes(schema, item, schema);
-    for (unsigned int i = 0; i < schema.GetKaCustomAttributeCount(); ++i) {
-        const CKaCustomAttribute& customAttribute = *schema.GetKaCustomAttribute(i);
-        const CKaClass* const found = schema.FindKaClass(customAttribute.GetTypeName(), KA_ANY_CLASS_TYPE);
-        if (found != nullptr && found->GetKaSchema() == &schema)
-            WarnOfWrite(ItemName(customAttribute, item),
-                        L"its class is the schema's own, which is not known yet when it is read, so the file "
-                        L"cannot be read");
     }
 }
 

@@ -1,19 +1,25 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace KAXML {
 
+class CKaClass;
 class CKaCommon;
 class CKaSchema;
+
+/// What the reader of a file knows when it comes to an item's custom attributes.
+struct KnownWhenRead {
+    std::function<bool(const CKaClass&)> isFound;       ///< whether it finds the class
+    std::function<bool(const CKaClass&)> hasProperties; ///< whether the class has its own properties
+};
 
 /// Logs that something of an item does not come back from its file, and why.
 void WarnOfWrite(const std::wstring& item, const wchar_t* reason);
 
 /// Warns of what the custom attributes of an item lose in a file, or what keeps it from being read.
-void CheckCustomAttributes(const CKaSchema& schema, const std::wstring& item, const CKaCommon& common);
-
-/// The same for the schema's own, which are read before any of its classes.
-void CheckSchemaCustomAttributes(const CKaSchema& schema, const std::wstring& item);
+void CheckCustomAttributes(const CKaSchema& schema, const std::wstring& item, const CKaCommon& common,
+                           const KnownWhenRead& known);
 
 } // namespace KAXML

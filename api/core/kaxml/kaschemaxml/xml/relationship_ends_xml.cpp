@@ -92,6 +92,22 @@ template <typename Use> bool ForEachClassName(IXMLDOMNode* classNode, const EndM
     return found;
 }
 
+// What both ends have; their "Class" elements differ.
+template <typename End, typename ReadClass> void ReadEnd(End& end, const EndMessages& messages, CKaSchema* schema,
+                                                         IXMLDOMDocument2* document, IXMLDOMNode* node,
+                                                         ReadClass readClass) {
+    ReadEndAttributes(end, node, messages);
+    for (IXMLDOMNode* child = node->get_firstChild(); child != nullptr; child = child->get_nextSibling()) {
+        const std::wstring& name = child->get_baseName();
+        if (name == L"Class")
+            readClass(child);
+        else if (name == L"KaCustomAttributes")
+            end.ReadCustomAttributesFromXML(schema, document, child);
+        else if (child->get_nodeType() != NODE_COMMENT)
+            messages.ThrowUnrecognizedElement(name);
+    }
+}
+
 std::wstring RelativeClassName(CKaRelationshipClass* relationshipClass, const std::wstring& className) {
     if (relationshipClass->GetKaSchema() == nullptr)
         throw KAXMLLogicError(Concat(L"KaRelationshipClass '", relationshipClass->TypeName(), L"' has no KaSchema"));
@@ -115,17 +131,8 @@ void WriteClass(CKaRelationshipClass* relationshipClass, IXMLDOMDocument2* docum
 } // namespace
 
 int CKaSource::ReadXML(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node) {
-    const EndMessages messages(L"Source", m_pOwner);
-    ReadEndAttributes(*this, node, messages);
-    for (IXMLDOMNode* child = node->get_firstChild(); child != nullptr; child = child->get_nextSibling()) {
-        const std::wstring& name = child->get_baseName();
-        if (name == L"Class")
-            ReadXMLClass(child);
-        else if (name == L"KaCustomAttributes")
-            ReadCustomAttributesFromXML(schema, document, child);
-        else if (child->get_nodeType() != NODE_COMMENT)
-            messages.ThrowUnrecognizedElement(name);
-    }
+    ReadEnd(*this, EndMessages(L"Source", m_pOwner), schema, document, node,
+            [this](IXMLDOMNode* classNode) { ReadXMLClass(classNode); });
     return 0;
 }
 
@@ -155,17 +162,8 @@ int CKaSource::WriteXML(CKaRelationshipClass* relationshipClass, IXMLDOMDocument
 }
 
 int CKaTargets::ReadXML(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node) {
-    const EndMessages messages(L"Target", m_pOwner);
-    ReadEndAttributes(*this, node, messages);
-    for (IXMLDOMNode* child = node->get_firstChild(); child != nullptr; child = child->get_nextSibling()) {
-        const std::wstring& name = child->get_baseName();
-        if (name == L"Class")
-            ReadXMLClass(child);
-        else if (name == L"KaCustomAttributes")
-            ReadCustomAttributesFromXML(schema, document, child);
-        else if (child->get_nodeType() != NODE_COMMENT)
-            messages.ThrowUnrecognizedElement(name);
-    }
+    ReadEnd(*this, EndMessages(L"Target", m_pOwner), schema, document, node,
+            [this](IXMLDOMNode* classNode) { ReadXMLClass(classNode); });
     return 0;
 }
 

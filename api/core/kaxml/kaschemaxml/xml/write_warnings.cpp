@@ -85,28 +85,43 @@ void CheckName(const std::wstring& item, const wchar_t* name, const wchar_t* kin
 void CheckBounds(const std::wstring& item, const CKaProperty& property) {
     const std::wstring_view minOccurs = property.GetMinOccurs();
     const std::wstring_view maxOccurs = property.GetMaxOccurs();
-    if (minOccurs.empty() && !maxOccurs.empty())
-        WarnOfWrite(item, L"it has an upper bound only and is read back with minOccurs '0'");
     const auto makesArray = [](std::wstring_view bound) { return !bound.empty() && bound != L"1"; };
-    const bool readsAsArray =
-        makesArray(minOccurs) || makesArray(maxOccurs) || (minOccurs.empty() && !maxOccurs.empty());
-    if (readsAsArray != (property.IsArray() != 0))
+    const bool readsAsArray = makesArray(minOccurs) || makesArray(maxOccurs);
+    if (minOccurs.empty() && !maxOccurs.empty())
+        WarnOfWrite(item, L"it has an upper bound only and is read back as an array with minOccurs '0'");
+    else if (readsAsArray != (property.IsArray() != 0))
         WarnOfWrite(item, readsAsArray ? L"it is read back as an array" : L"it is read back as a single value");
 }
 
-void CheckProperty(const CKaSchema& schema, const CKaClass& kaClass, const CKaProperty& property,
-                   const CKaClass* base) {
-    const std::wstring item = ItemName(kaClass, property);
-    CheckName(item, property.GetPropertyName(), kClassNameKind);
-    const bool isPrimitive = CKaSchema::IsPrimitiveType(property.GetTypeName()) != 0;
+void CheckType(const CKaSchema& schema, const std::wstring& item, const CKaProperty& property) {
+    const bool isStruct = CKaSchema::IsPrimitiveType(property.GetTypeName()) == 0;
     if (*property.GetTypeName() == L'\0')
         WarnOfWrite(item, L"it has no type, so the file cannot be read");
-    else if (!isPrimitive && schema.FindKaClass(property.GetTypeName(), KA_ANY_CLASS_TYPE) == nullptr)
+    else if (isStruct && schema.FindKaClass(property.GetTypeName(), KA_ANY_CLASS_TYPE) == nullptr)
         WarnOfWrite(item, L"no class has the name of its type, so the file cannot be read");
-    if (base != nullptr && base->HasProperty(property.GetPropertyName()))
-        WarnOfWrite(item, L"a base class has a property of the same name, so the file cannot be read");
+    else if (isStruct != (property.IsStruct() != 0))
+        WarnOfWrite(item, L"whether it is a struct follows from its type when it is read back");
+}
+
+// Whether a reader has met a property of this name before the one at the index.
+bool IsRepeated(const CKaClass& kaClass, unsigned int index, const CKaClass* base) {
+    const std::wstring_view name = kaClass.GetKaProperty(index)->GetPropertyName();
+    for (unsigned int i = 0; i < index; ++i)
+        if (kaClass.GetKaProperty(i)->GetPropertyName() == name)
+            return true;
+    return base != nullptr && base->HasProperty(kaClass.GetKaProperty(index)->GetPropertyName());
+}
+
+void CheckProperty(const CKaSchema& schema, const CKaClass& kaClass, unsigned int index, const CKaClass* base,
+                   const KnownWhenRead& known) {
+    const CKaProperty& property = *kaClass.GetKaProperty(index);
+    const std::wstring item = ItemName(kaClass, property);
+    CheckName(item, property.GetPropertyName(), kClassNameKind);
+    CheckType(schema, item, property);
+    if (IsRepeated(kaClass, index, base))
+        WarnOfWrite(item, L"the class or a base class has a property of the same name, so the file cannot be read");
     CheckBounds(item, property);
-    CheckCustomAttributes(schema, item, property);
+    CheckCustomAttributes(schema, item, property, known);
 }
 
 // Checks the base class as the file names it and returns it, or null when the file's reader would
@@ -128,9 +143,27 @@ const CKaClass* CheckBaseClass(const CKaSchema& schema, const CKaClass& kaClass,
     return found;
 }
 
-void CheckEnds(const CKaSchema& schema, const CKaRelationshipClass& relationshipClass) {
+// Ends are written with their classes' names relative to the schema.
+void CheckClassOfEnd(const CKaSchema& schema, const std::wstring& item, const std::wstring& className) {
+    CKaClass* const found = FindQuietly(schema, className, false);
+    if (found != nullptr && schema.GetRelativeClassName(found) != className)
+        WarnOfWrite(item, Concat(L"the class '", className, L"' of an end is written and read back as '",
+                                 schema.GetRelativeClassName(found), L"'")
+                              .c_str());
+}
+
+void CheckEnd(const CKaSchema& schema, const std::wstring& item, const CKaCommon& end, const KnownWhenRead& known) {
+    if (*end.GetDescription() != L'\0')
+        WarnOfWrite(item, L"its description is not written");
+    CheckCustomAttributes(schema, item, end, known);
+}
+
+void CheckEnds(const CKaSchema& schema, const CKaRelationshipClass& relationshipClass, const KnownWhenRead& known) {
     const std::wstring item = ItemName(relationshipClass);
     const CKaSource& source = relationshipClass.m_source;
+    CheckClassOfEnd(schema, item, source.m_className);
+    for (const std::wstring& className : relationshipClass.m_targets.m_classNames)
+        CheckClassOfEnd(schema, item, className);
     if (source.m_className == KAXML_ANY_CLASS)
         WarnOfWrite(item, L"its source class 'KaObject' is not written");
     if (!source.m_keyVector.empty() && (source.m_className.empty() || source.m_className == KAXML_ANY_CLASS))
@@ -138,23 +171,27 @@ void CheckEnds(const CKaSchema& schema, const CKaRelationshipClass& relationship
     const std::vector<std::wstring>& names = relationshipClass.m_targets.m_classNames;
     if (std::any_of(names.begin(), names.end(), [](const std::wstring& name) { return name.empty(); }))
         WarnOfWrite(item, L"a target without a class name is not written");
-    CheckCustomAttributes(schema, L"Source of " + item, source);
-    CheckCustomAttributes(schema, L"Target of " + item, relationshipClass.m_targets);
+    CheckEnd(schema, L"Source of " + item, source, known);
+    CheckEnd(schema, L"Target of " + item, relationshipClass.m_targets, known);
 }
 
 void CheckClass(const CKaSchema& schema, const CKaClass& kaClass, const FileOrder& order) {
     const std::wstring item = ItemName(kaClass);
+    // All classes have their names by the time their contents are read, in the order of the file.
+    const KnownWhenRead known = {
+        [](const CKaClass&) { return true; },
+        [&](const CKaClass& other) { return other.GetKaSchema() != &schema || order.IsBefore(other, kaClass); }};
     CheckName(item, kaClass.GetTypeName(), kClassNameKind);
     const CKaClass* const base = CheckBaseClass(schema, kaClass, order);
-    CheckCustomAttributes(schema, item, kaClass);
+    CheckCustomAttributes(schema, item, kaClass, known);
     for (unsigned int i = 0; i < kaClass.GetKaPropertyCount(); ++i)
-        CheckProperty(schema, kaClass, *kaClass.GetKaProperty(i), base);
+        CheckProperty(schema, kaClass, i, base, known);
     const auto* const relationshipClass = dynamic_cast<const CKaRelationshipClass*>(&kaClass);
     if (relationshipClass == nullptr)
         return;
     if (kaClass.IsStruct() != 0)
         WarnOfWrite(item, L"its struct flag is not written");
-    CheckEnds(schema, *relationshipClass);
+    CheckEnds(schema, *relationshipClass, known);
 }
 
 // A class whose bases cannot be followed has had its warning; it is no reason not to write.
@@ -190,6 +227,16 @@ void CheckOwnNames(const CKaSchema& schema, const std::wstring& item) {
             WarnOfWrite(item, L"'temporary' counts as a missing name or prefix, so the file cannot be read");
 }
 
+void CheckVersion(const std::wstring& item, const std::wstring& version) {
+    std::uint32_t major = 0;
+    std::uint32_t minor = 0;
+    std::wstring canonical;
+    CKaSchema::ParseVersionString(version.c_str(), &major, &minor);
+    CKaSchema::FormatVersionString(canonical, major, minor);
+    if (version != canonical)
+        WarnOfWrite(item, Concat(L"its version '", version, L"' is read back as '", canonical, L"'").c_str());
+}
+
 void CheckReferences(const CKaSchema& schema) {
     std::vector<const CKaSchemaReference*> earlier;
     CKaReferencedSchemaIterator references(const_cast<CKaSchema*>(&schema));
@@ -203,6 +250,7 @@ void CheckReferences(const CKaSchema& schema) {
         if (isRepeated || entry->m_schemaName == schema.GetSchemaName())
             WarnOfWrite(item, L"the schema is known by then when the file is read, so the reference is not added");
         earlier.push_back(entry);
+        CheckVersion(item, entry->m_versionString);
     }
 }
 
@@ -214,7 +262,9 @@ void LogWriteWarnings(const CKaSchema& schema) {
     const std::wstring item = Concat(L"KaSchema '", schema.GetSchemaName(), L"'");
     CheckOwnNames(schema, item);
     CheckReferences(schema);
-    CheckSchemaCustomAttributes(schema, item);
+    // The schema's own custom attributes are read before any of its classes.
+    const auto isForeign = [&schema](const CKaClass& kaClass) { return kaClass.GetKaSchema() != &schema; };
+    CheckCustomAttributes(schema, item, schema, {isForeign, isForeign});
     CheckList(item, schema.GetKaClassCount(), [&](unsigned int i) { return schema.GetKaClassByIndex(i); });
     CheckList(item, schema.GetKaRelationshipClassCount(),
               [&](unsigned int i) { return schema.GetKaRelationshipClass(i); });

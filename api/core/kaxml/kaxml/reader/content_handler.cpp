@@ -42,6 +42,7 @@ StateHandler& CKAXMLSAXContentHandler::Top(const wchar_t* operation) const {
 
 HRESULT CKAXMLSAXContentHandler::raw_startElement(const wchar_t* uri, int, const wchar_t* localName, int,
                                                   const wchar_t* qName, int, ISAXAttributes* attributeList) {
+    Top(L"raw_startElement");
     XMLAttributes attributes(attributeList);
     for (;;) {
         StateHandler& top = Top(L"raw_startElement");

@@ -2,6 +2,7 @@
 
 #include <kaxml/kaxml/reader/default_handlers.h>
 #include <kaxml/kaxml/reader/parse.h>
+#include <kaxml/kaxml/reader/spare_strings.h>
 #include <kaxml/kaxml/reader/state_handler.h>
 
 namespace KAXML {
@@ -46,8 +47,13 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
     void EnterStruct();
     void LeaveStruct() noexcept { --m_openStructs; }
 
+    /// The room that handlers pass on to each other.
+    SpareStrings& Strings() noexcept { return m_spareStrings; }
+
   private:
     StateHandler& Top(const wchar_t* operation) const;
+
+    SpareStrings m_spareStrings; // in front: the handlers on the stack give their strings back
 
     std::int32_t m_importedCount = 0;
     std::unique_ptr<StateStack> m_pStateStack;

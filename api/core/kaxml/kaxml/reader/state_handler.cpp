@@ -2,6 +2,7 @@
 
 #include <kaxml/kaxml/core/errors.h>
 #include <kaxml/kaxml/core/format.h>
+#include <kaxml/kaxml/reader/content_handler.h>
 
 namespace KAXML {
 
@@ -14,11 +15,20 @@ constexpr std::size_t kReservedCharacters = 128;
 
 StateHandler::StateHandler(StateHandler* parent, const wchar_t* elementName)
     : m_pParent(parent), m_pSaxHandler(parent == nullptr ? nullptr : parent->m_pSaxHandler) {
+    if (m_pSaxHandler != nullptr) {
+        m_pSaxHandler->Strings().Take(m_chars);
+        m_pSaxHandler->Strings().Take(m_elementName);
+    }
     Reset();
     m_elementName = elementName;
 }
 
-StateHandler::~StateHandler() = default;
+StateHandler::~StateHandler() {
+    if (m_pSaxHandler != nullptr) {
+        m_pSaxHandler->Strings().GiveBack(m_elementName);
+        m_pSaxHandler->Strings().GiveBack(m_chars);
+    }
+}
 
 std::wstring StateHandler::PathSegment() const { return L"." + m_elementName; }
 

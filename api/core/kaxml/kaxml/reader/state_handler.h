@@ -13,14 +13,14 @@ namespace KAXML {
 class CKAXMLSAXContentHandler;
 
 /// What a handler answers to a start tag.
-enum START_ACTION {
+enum START_ACTION : int {
     STATUSQUO = 0,     ///< consumed; the stack stays
     PUSH = 4,          ///< push the next handler for what follows this tag
     PUSH_UNHANDLED = 5 ///< push the next handler and give it this tag
 };
 
 /// What a handler answers to an end tag.
-enum END_ACTION {
+enum END_ACTION : int {
     NOCHANGE = 0,      ///< consumed; the stack stays
     POP = 1,           ///< this handler is finished
     POP_UNHANDLED = 2, ///< this handler is finished, and the tag is for the one below

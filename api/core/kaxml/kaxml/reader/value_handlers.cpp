@@ -75,7 +75,7 @@ END_ACTION PropertiesHandler::EndElement(const wchar_t*, const wchar_t* localNam
     if (TrackEnd(localName) == POP_UNHANDLED)
         return POP_UNHANDLED;
     if (m_pProperty != nullptr && m_pProperty->IsStruct() == 0 && m_pProperty->IsArray() == 0)
-        m_pKaInstance->SetPropertyValue(localName, m_chars);
+        m_pKaInstance->SetText(m_pProperty, localName, m_chars);
     m_pProperty = nullptr;
     Reset();
     return NOCHANGE;

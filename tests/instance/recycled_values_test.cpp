@@ -1,0 +1,62 @@
+#include "support/expectations.h"
+
+#include <memory>
+
+namespace KAXML::Test {
+namespace {
+
+struct RecycledValuesTest : testing::Test {
+    RecycledValuesTest() { CKaSchema::FreeRecycledValues(); }
+    ~RecycledValuesTest() override { CKaSchema::FreeRecycledValues(); }
+
+    CKaSchema schema{L"Plant", L"pl", nullptr};
+    CKaClass* pump = schema.CreateKaClass(L"Pump", L"", KA_DOMAIN_CLASS);
+    CKaProperty* flow = pump->AddKaProperty(L"Flow", L"double", L"");
+    CKaProperty* head = pump->AddKaProperty(L"Head", L"double", L"");
+};
+
+TEST_F(RecycledValuesTest, ComeBackLastInFirstOutAndClean) {
+    CKaValue* const first = new CKaValue(flow, L"1");
+    auto instance = std::make_unique<CKaInstance>(pump);
+    CKaValue* const second = instance->GetPrimitiveValueForSetting(L"Flow");
+    const auto expectRefused = [](CKaValue* value) {
+        ExpectThrows<KAXMLRuntimeError>([=] { CKaSchema::RecycleKaValue(value); },
+                                        L"Unknown exception in CKaSchema::RecycleKaValue");
+    };
+    CKaSchema::RecycleKaValue(first);
+    expectRefused(first);  // the pool has it
+    expectRefused(second); // the instance has it
+    instance.reset();      // now the pool has it
+    for (CKaValue* const expected : {second, first}) {
+        const std::unique_ptr<CKaValue> got(CKaSchema::GetRecycledKaValue(head));
+        EXPECT_EQ(got.get(), expected);
+        EXPECT_TRUE(got->IsNull() && got->Value().empty() && got->PropertyName() == L"Head" &&
+                    got->GetProperty() == head);
+    }
+}
+
+CKaProperty* s_property;
+CKaValue* s_taken;
+void TakeAndFree(LOG_SEV, const wchar_t*, const wchar_t* message) {
+    if (std::wstring(message).starts_with(L"Passed NULL pKaProperty")) // inside the operation
+        s_taken = CKaSchema::GetRecycledKaValue(s_property);
+    else
+        CKaSchema::FreeRecycledValues();
+}
+
+TEST_F(RecycledValuesTest, SurviveACallbackThatUsesThePool) {
+    s_property = head;
+    for (const int pooled : {0, 1, 2}) {
+        for (int i = 0; i < pooled; ++i)
+            CKaSchema::RecycleKaValue(new CKaValue(flow, L"1"));
+        const LoggingCallback before = SetLoggingCallback(&TakeAndFree);
+        ExpectThrows<KAXMLRuntimeError>([] { CKaSchema::GetRecycledKaValue(nullptr); },
+                                        L"Unknown exception in CKaSchema::GetRecycledKaValue");
+        SetLoggingCallback(before);
+        const std::unique_ptr<CKaValue> taken(s_taken);
+        EXPECT_TRUE(taken->PropertyName() == L"Head" && taken->IsNull());
+    }
+}
+
+} // namespace
+} // namespace KAXML::Test

@@ -1,0 +1,83 @@
+#include <kaxml/platform/wide_text.h>
+
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace KAXML {
+namespace {
+
+template <typename Char> struct WideText : testing::Test {};
+using Widths = testing::Types<char16_t, char32_t>;
+TYPED_TEST_SUITE(WideText, Widths);
+
+TYPED_TEST(WideText, TakesAndAppendsCharactersInEitherWidth) {
+    const std::vector<char32_t> characters{'a', 0xE9, 0xFFFF, 0x10000, 0x1F642, 0x10FFFF};
+    std::basic_string<TypeParam> text;
+    for (const char32_t c : characters)
+        AppendCodePoint(text, c);
+    EXPECT_EQ(text.size(), sizeof(TypeParam) == 2 ? 9u : 6u);
+    std::vector<char32_t> taken;
+    for (const TypeParam *p = text.data(), *end = p + text.size(); p != end;)
+        taken.push_back(NextCodePoint(p, end));
+    EXPECT_EQ(taken, characters);
+}
+
+TYPED_TEST(WideText, LeavesLoneSurrogatesAsTheyStand) {
+    const std::vector<std::vector<TypeParam>> cases{{0xD800}, {0xDC00, 0xD800}, {0xD800, 'x'}, {0xD800, 0xD800, 'y'}};
+    for (const auto& units : cases) {
+        std::vector<TypeParam> taken;
+        for (const TypeParam *p = units.data(), *end = p + units.size(); p != end;)
+            taken.push_back(static_cast<TypeParam>(NextCodePoint(p, end)));
+        EXPECT_EQ(taken, units);
+    }
+}
+
+TYPED_TEST(WideText, CountsCharactersAsUtf16) {
+    std::basic_string<TypeParam> text;
+    for (const char32_t c : {U'a', U'\u4E2D', U'\U0001F642'})
+        AppendCodePoint(text, c);
+    std::vector<char32_t> units;
+    ForEachUtf16Unit(std::basic_string_view<TypeParam>(text), [&](char32_t unit) { units.push_back(unit); });
+    EXPECT_EQ(units, (std::vector<char32_t>{'a', 0x4E2D, 0xD83D, 0xDE42}));
+}
+
+TEST(WideTextUtf8, DecodesAndReplacesMalformedBytes) {
+    const struct {
+        const char* utf8;
+        std::u32string text;
+    } cases[] = {
+        {"", U""},
+        {"plain ASCII text, longer than a step", U"plain ASCII text, longer than a step"},
+        {"\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF",
+         U"\x80\x7FF\x800\xFFFF\x10000\x10FFFF"},
+        {"a\xE9z", U"a\xFFFDz"},
+        {"\xC0\xAF", U"\xFFFD\xFFFD"},                     // overlong
+        {"\xED\xA0\x80", U"\xFFFD\xFFFD\xFFFD"},           // surrogate
+        {"\xF4\x90\x80\x80", U"\xFFFD\xFFFD\xFFFD\xFFFD"}, // above U+10FFFF
+        {"x\xE4\xB8", U"x\xFFFD\xFFFD"},                   // cut off
+    };
+    for (const auto& each : cases) {
+        std::wstring expected;
+        for (const char32_t c : each.text)
+            AppendCodePoint(expected, c);
+        EXPECT_EQ(WideFromUtf8(each.utf8), expected) << each.utf8;
+    }
+}
+
+TEST(WideTextUtf8, EncodesWhatItDecodes) {
+    for (const char32_t c :
+         {U'\x1', U'\x7F', U'\x80', U'\x7FF', U'\x800', U'\xD7FF', U'\xFFFF', U'\x10000', U'\x10FFFF'}) {
+        std::wstring text;
+        AppendCodePoint(text, c);
+        EXPECT_EQ(WideFromUtf8(Utf8FromWide(text)), text);
+    }
+    EXPECT_EQ(Utf8FromWide(std::wstring{L'a', static_cast<wchar_t>(0xD800), L'b'}), "a\xEF\xBF\xBD"
+                                                                                    "b");
+    std::string refused;
+    AppendUtf8(refused, 0xD800);
+    AppendUtf8(refused, 0x110000);
+    EXPECT_EQ(refused, "\xED\xA0\x80\xFF");
+}
+
+} // namespace
+} // namespace KAXML

@@ -1,0 +1,166 @@
+#include "support/instance_recorder.h"
+
+#include <optional>
+
+namespace KAXML::Test {
+namespace {
+
+// Writes its calls down and answers all tags as it is told.
+struct FakeHandler final : StateHandler {
+    FakeHandler(const char* its, std::string& log) : StateHandler(nullptr, L""), name(its), calls(log) {}
+    ~FakeHandler() override { calls += "~" + name + " "; }
+    START_ACTION StartElement(const wchar_t* uri, const wchar_t* local, const wchar_t* qName, XMLAttributes& attributes,
+                              std::unique_ptr<StateHandler>& nextHandler) override {
+        const XMLAttributes copy = attributes;
+        std::wstring value;
+        copy.GetValue(L"x", value);
+        Note("<" + Narrow(value), uri, local, qName, nextHandler);
+        return static_cast<START_ACTION>(answer);
+    }
+    void Characters(const wchar_t* text, std::size_t length) override {
+        calls += name + ":" + Narrow(std::wstring_view(text, length));
+    }
+    END_ACTION EndElement(const wchar_t* uri, const wchar_t* local, const wchar_t* qName,
+                          std::unique_ptr<StateHandler>& nextHandler) override {
+        Note(">", uri, local, qName, nextHandler);
+        return static_cast<END_ACTION>(answer);
+    }
+    void Note(const std::string& tag, const wchar_t* uri, const wchar_t* local, const wchar_t* qName,
+              std::unique_ptr<StateHandler>& nextHandler) {
+        EXPECT_EQ(std::wstring(uri) + L"|" + local + L"|" + qName, L"u|b|p:b");
+        EXPECT_EQ(nextHandler, nullptr);
+        nextHandler = std::move(next);
+        calls += name + tag + " ";
+    }
+
+    std::string name;
+    std::string& calls;
+    int answer = 0;
+    std::unique_ptr<StateHandler> next;
+};
+
+struct ContentHandler : testing::Test {
+    void Push(const char* name, int answer, std::unique_ptr<StateHandler> next = nullptr) {
+        auto made = std::make_unique<FakeHandler>(name, calls);
+        made->answer = answer;
+        made->next = std::move(next);
+        handler->GetStateStack().Push(std::move(made));
+    }
+    HRESULT Start(ISAXAttributes* list) { return handler->raw_startElement(L"u", 1, L"b", 1, L"p:b", 3, list); }
+    HRESULT End() { return handler->raw_endElement(L"u", 1, L"b", 1, L"p:b", 3); }
+
+    std::string calls;
+    FakeAttributes attributes;
+    CKaSchema schema{L"S", L"s", L""};
+    std::optional<CKAXMLSAXContentHandler> handler{std::in_place, &schema, nullptr, RequiredCallbacks(), 0u};
+};
+
+TEST_F(ContentHandler, ObeysAnAnswerOrRefusesIt) {
+    const std::wstring stays = L"StartElement should never return a pNextHandler if START_ACTION is STATUSQUO";
+    const std::wstring lacks = L"StartElement must return a pNextHandler if START_ACTION is PUSH_UNHANDLED or PUSH";
+    const std::wstring noStart = L"StartElement returned an unrecognized START_ACTION";
+    const std::wstring keeps = L"EndElement should never return a pNextHandler if END_ACTION is NOCHANGE";
+    const std::wstring pops = L"EndElement should never return a pNextHandler if END_ACTION is POP or POP_UNHANDLED";
+    const std::wstring noEnd = L"EndElement returned an unrecognized END_ACTION";
+    const struct {
+        bool isStart;
+        int answer;
+        bool hasNext;
+        std::wstring failure;
+        const char* calls; // at last the handler then on top is named
+    } cases[] = {
+        {true, STATUSQUO, false, L"", "A<1 A:"},
+        {true, STATUSQUO, true, stays, "A<1 ~B A:"},
+        {true, PUSH, true, L"", "A<1 B:"},
+        {true, PUSH, false, lacks, "A<1 A:"},
+        {true, PUSH_UNHANDLED, true, L"", "A<1 B<1 B:"},
+        {true, PUSH_UNHANDLED, false, lacks, "A<1 A:"},
+        {true, 1, false, noStart, "A<1 A:"},
+        {true, 2, false, noStart, "A<1 A:"},
+        {true, 3, true, noStart, "A<1 ~B A:"},
+        {true, 6, true, noStart, "A<1 ~B A:"},
+        {false, NOCHANGE, false, L"", "A> A:"},
+        {false, NOCHANGE, true, keeps, "A> ~B A:"},
+        {false, POP, false, L"", "A> ~A C:"},
+        {false, POP, true, pops, "A> ~B A:"},
+        {false, POP_UNHANDLED, false, L"", "A> ~A C> C:"},
+        {false, POP_UNHANDLED, true, pops, "A> ~B A:"},
+        {false, REPLACE, true, L"", "A> ~A B:"},
+        {false, 4, false, noEnd, "A> A:"},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.calls);
+        handler.emplace(&schema, nullptr, RequiredCallbacks(), 0u);
+        calls.clear();
+        Push("C", NOCHANGE);
+        Push("A", each.answer, each.hasNext ? std::make_unique<FakeHandler>("B", calls) : nullptr);
+        const auto run = [&] { EXPECT_EQ(each.isStart ? Start(&attributes) : End(), S_OK); };
+        if (each.failure.empty())
+            run();
+        else
+            ExpectThrows<KAXMLLogicError>(run, each.failure);
+        handler->raw_characters(L" ", 1);
+        EXPECT_EQ(calls, std::string(each.calls) + " ");
+    }
+}
+
+TEST_F(ContentHandler, FailsWithoutAHandlerOnTopAndDestroysTheRestTopDown) {
+    ExpectThrows<KAXMLRuntimeError>(
+        [&] { Start(nullptr); }, L"GetStateStack().top() returned NULL in CKAXMLSAXContentHandler::raw_startElement");
+    Push("A", NOCHANGE);
+    Push("B", NOCHANGE);
+    Push("C", REPLACE);
+    EXPECT_EQ(End(), S_OK) << "a missing successor shows at the next event";
+    EXPECT_EQ(handler->raw_characters(L"\n", 1), S_OK) << "there is nothing to hand on";
+    EXPECT_THROW(End(), KAXMLRuntimeError);
+    EXPECT_THROW(handler->raw_characters(L"x", 1), KAXMLRuntimeError);
+    ExpectThrows<KAXMLRuntimeError>(
+        [&] { Start(&attributes); },
+        L"GetStateStack().top() returned NULL in CKAXMLSAXContentHandler::raw_startElement");
+    handler.reset();
+    EXPECT_EQ(calls, "C> ~C ~B ~A ") << "a handler may refer to those below it";
+}
+
+TEST_F(ContentHandler, TrimsLayoutButNoBlanksFromCharacterData) {
+    const struct {
+        std::wstring text;
+        std::string call;
+    } cases[] = {
+        {L"", ""},
+        {L"\t\n\r", ""},
+        {L"  x  ", "A:  x  "},
+        {L"\tx\n", "A:x"},
+        {L"\r\tx\ty\nz\t\n", "A:x\ty\nz"},
+        {L"\n \n", "A: "},
+        {L"\n x\n ", "A: x\n "},
+        {L"\u00A0\v\f\u0085\n", "A:\u00A0\v\f\u0085"},
+        {L"x\n\t\r\n\n\n\n\nbeyond the length", "A:x"},
+    };
+    Push("A", NOCHANGE);
+    for (const auto& each : cases) {
+        calls.clear();
+        EXPECT_EQ(handler->raw_characters(each.text.data(), std::min<std::size_t>(each.text.size(), 9)), S_OK);
+        EXPECT_EQ(calls, each.call);
+    }
+}
+
+TEST_F(ContentHandler, NeedsCallbacksSchemaAndAttributesAndOffersNoOtherInterface) {
+    ParseCallbacks callbacks = RequiredCallbacks();
+    const auto make = [&] { CKAXMLSAXContentHandler(nullptr, nullptr, callbacks, 0); };
+    ExpectThrows<KAXMLInvalidArgument>(make, L"Passed NULL pKaSchema into CKAXMLSAXContentHandler constructor");
+    callbacks.parsedRelationship = nullptr;
+    ExpectThrows<KAXMLInvalidArgument>(make, L"parsedKaRelationshipCallback cannot be NULL");
+    callbacks.parsedInstance = nullptr;
+    ExpectThrows<KAXMLInvalidArgument>(make, L"parsedKaInstanceCallback cannot be NULL");
+    Push("A", STATUSQUO);
+    ExpectThrows<KAXMLInvalidArgument>([&] { Start(nullptr); }, L"Passed NULL to XMLAttributes constructor");
+    void* object = this;
+    EXPECT_EQ(handler->QueryInterface(L"", &object), E_NOINTERFACE);
+    EXPECT_EQ(object, nullptr);
+    object = this;
+    EXPECT_EQ(CDefaultErrorHandler().QueryInterface(L"", &object), E_NOINTERFACE);
+    EXPECT_EQ(object, nullptr);
+}
+
+} // namespace
+} // namespace KAXML::Test
