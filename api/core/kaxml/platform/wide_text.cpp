@@ -1,5 +1,7 @@
 #include <kaxml/platform/wide_text.h>
 
+#include <algorithm>
+
 namespace KAXML {
 
 namespace {
@@ -55,7 +57,9 @@ void AppendUtf8AsWide(std::wstring& wide, std::string_view utf8) {
         const auto* const asciiBegin = p;
         while (p != end && *p < 0x80)
             ++p;
-        wide.append(asciiBegin, p);
+        const std::size_t begin = wide.size();
+        wide.resize(begin + static_cast<std::size_t>(p - asciiBegin));
+        std::copy(asciiBegin, p, wide.begin() + static_cast<std::ptrdiff_t>(begin));
         if (p == end)
             return;
         const int length = SequenceLength(p, end);

@@ -9,8 +9,9 @@ class CKaRelationshipClass;
 /// The source end of a relationship class: the one class allowed there and how it takes part. Its
 /// description and custom attributes belong to the end.
 ///
-/// The fields are open; none of them is checked until the schema is written. Copies are deep and
-/// keep the owner; a relationship class makes itself the owner of the ends it holds.
+/// The fields are open; none of them is checked until the schema is written. Copies are deep. A
+/// relationship class is the owner of the ends it holds, whatever is assigned to them; a copy on its
+/// own has the owner of its original.
 class KAXML_API CKaSource : public CKaCommon {
   public:
     CKaSource();
