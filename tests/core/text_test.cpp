@@ -10,8 +10,7 @@ using Cases = std::vector<std::pair<std::wstring, std::wstring>>;
 TEST(Text, IsMadeOfNumbersAndNarrowTextsAndEscaped) {
     const GUID guid = {0x0123ABCD, 0x45, 0xF, {0, 1, 2, 3, 0xFE, 5, 6, 7}};
     EXPECT_EQ(ToWString(&guid) + ToWString(-2147483648L), L"0123abcd-0045-000f-0001-0203fe050607-2147483648");
-    EXPECT_EQ(ToWString(static_cast<const GUID*>(nullptr)) + ToWString(static_cast<const char*>(nullptr)), L"");
-    EXPECT_EQ(ToWString("a\xC3\xA9\xFF"), L"a\u00E9\uFFFD");
+    EXPECT_EQ(ToWString("a\xC3\xA9\xFF") + ToWString(static_cast<const char*>(nullptr)), L"a\u00E9\uFFFD");
     const Cases cases = {{L"a<b 'c' > \"d\"", L"a&lt;b &apos;c&apos; &gt; &quot;d&quot;"},
                          {L"&amp;\t\n\r ~\U0001F600", L"&amp;amp;\t\n\r ~??"},
                          {{1, 0x1F, 0x7F, 0xE9, 0xD7FF, 0xD800, 0xDFFF}, L"??&#x7F;&#xE9;&#xD7FF;??"},
@@ -26,9 +25,8 @@ TEST(Text, IsMadeOfNumbersAndNarrowTextsAndEscaped) {
 TEST(Text, CodesNamesAsTagsAndBack) {
     const Cases cases = {{L"Name_9", L"Name_9"},
                          {L"", L""},
-                         {L"2D a", L"__x0032__D__x0020__a"},
-                         {L"-.", L"__x002d____x002e__"},
-                         {L"\u00E9\u20AC", L"\u00E9__x20ac__"},
+                         {L"2 a", L"__x0032____x0020__a"},
+                         {L"\u00E9-.", L"\u00E9__x002d____x002e__"},
                          {L"\U0001F600", L"__xd83d____xde00__"}};
     for (const auto& [name, tag] : cases) {
         std::wstring text = name;
@@ -37,22 +35,16 @@ TEST(Text, CodesNamesAsTagsAndBack) {
         EXPECT_EQ(DecodeFromValidXmlTag(text), name == tag ? 0 : 1);
         EXPECT_EQ(text, name);
     }
+    const Cases tags = {{L"ab__x002E__", L"ab."}, {L"__x00G1__", L"__x00G1__"}, {L"__x0041_", L"__x0041_"},
+                        {L"x__x0000__y", L"xy"},  {L"__x__x0041__", L"__xA"},   {L"__x005f___x0041__", L"__x0041__"}};
+    for (const auto& [tag, decoded] : tags) {
+        std::wstring name = tag;
+        DecodeFromValidXmlTag(name);
+        EXPECT_EQ(name, decoded);
+    }
     std::u16string units = u"\U0001F600a"; // where a wide character has 16 bits
     EncodeTag(units);
     EXPECT_EQ(units, u"__xd83d____xde00__a");
-    const Cases tags = {{L"ab__x002E__", L"ab."},
-                        {L"__x00G1__", L"__x00G1__"},
-                        {L"__x0041_", L"__x0041_"},
-                        {L"x__x0000__y", L"xy"},
-                        {L"__x__x0041__", L"__xA"},
-                        {L"__xd83d__a", {0xD83D, L'a'}},
-                        {L"__x005f___x0041__", L"__x0041__"},
-                        {L"__x0000____x0041__", L"__x0041__"}};
-    for (const auto& [tag, decoded] : tags) {
-        std::wstring name = tag;
-        EXPECT_EQ(DecodeFromValidXmlTag(name), tag == decoded ? 0 : 1);
-        EXPECT_EQ(name, decoded);
-    }
 }
 
 } // namespace

@@ -7,26 +7,21 @@ namespace {
 
 struct RecycledValuesTest : testing::Test {
     RecycledValuesTest() { CKaSchema::FreeRecycledValues(); }
-    ~RecycledValuesTest() override { CKaSchema::FreeRecycledValues(); }
 
     CKaSchema schema{L"Plant", L"pl", nullptr};
     CKaClass* pump = schema.CreateKaClass(L"Pump", L"", KA_DOMAIN_CLASS);
-    CKaProperty* flow = pump->AddKaProperty(L"Flow", L"double", L"");
     CKaProperty* head = pump->AddKaProperty(L"Head", L"double", L"");
 };
 
 TEST_F(RecycledValuesTest, ComeBackLastInFirstOutAndClean) {
-    CKaValue* const first = new CKaValue(flow, L"1");
+    CKaValue* const first = new CKaValue(pump->AddKaProperty(L"Flow", L"double", L""), L"1");
     auto instance = std::make_unique<CKaInstance>(pump);
     CKaValue* const second = instance->GetPrimitiveValueForSetting(L"Flow");
-    const auto expectRefused = [](CKaValue* value) {
-        ExpectThrows<KAXMLRuntimeError>([=] { CKaSchema::RecycleKaValue(value); },
-                                        L"Unknown exception in CKaSchema::RecycleKaValue");
-    };
     CKaSchema::RecycleKaValue(first);
-    expectRefused(first);  // the pool has it
-    expectRefused(second); // the instance has it
-    instance.reset();      // now the pool has it
+    for (CKaValue* const held : {first, second}) // by the pool and by the instance
+        ExpectThrows<KAXMLRuntimeError>([=] { CKaSchema::RecycleKaValue(held); },
+                                        L"Unknown exception in CKaSchema::RecycleKaValue");
+    instance.reset();
     for (CKaValue* const expected : {second, first}) {
         const std::unique_ptr<CKaValue> got(CKaSchema::GetRecycledKaValue(head));
         EXPECT_EQ(got.get(), expected);
@@ -46,9 +41,9 @@ void TakeAndFree(LOG_SEV, const wchar_t*, const wchar_t* message) {
 
 TEST_F(RecycledValuesTest, SurviveACallbackThatUsesThePool) {
     s_property = head;
-    for (const int pooled : {0, 1, 2}) {
+    for (int pooled = 0; pooled < 3; ++pooled) {
         for (int i = 0; i < pooled; ++i)
-            CKaSchema::RecycleKaValue(new CKaValue(flow, L"1"));
+            CKaSchema::RecycleKaValue(new CKaValue(head, L"1"));
         const LoggingCallback before = SetLoggingCallback(&TakeAndFree);
         ExpectThrows<KAXMLRuntimeError>([] { CKaSchema::GetRecycledKaValue(nullptr); },
                                         L"Unknown exception in CKaSchema::GetRecycledKaValue");

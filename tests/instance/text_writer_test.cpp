@@ -5,27 +5,11 @@
 namespace KAXML::Test {
 namespace {
 
-struct TextWriterTest : testing::Test {
-    TextWriterTest() {
-        pump.AddKaProperty(L"Flow", L"double", L"");
-        pump.AddKaProperty(L"Head", L"double", L"");
-        pump.AddKaProperty(L"Tags", L"string", L"")->SetMaxOccurs(L"2");
-        pump.AddKaProperty(L"Motor", L"Pump", L"");
-        pump.AddKaProperty(L"Motors", L"Pump", L"")->SetMaxOccurs(L"2");
-    }
-    template <typename Value> Value& Add(const wchar_t* name) {
-        instance.AddKaValue(KaValueBase::CreateKaValueForKaProperty(&pump, pump.FindProperty(name)));
-        return dynamic_cast<Value&>(*instance.GetPropertyValue(name, true));
-    }
-
-    CKaSchema schema{L"Plant", L"pl", nullptr};
-    CKaRelationshipClass pump{L"Pump", &schema, nullptr};
-    CKaClass& structClass = *schema.CreateKaClass(L"Pump", L"", KA_DOMAIN_CLASS);
-    KaRelationshipInstance instance{&pump};
-};
-
-TEST_F(TextWriterTest, WritesFragments) {
-    structClass.AddKaProperty(L"Power", L"int", L"");
+TEST(TextWriter, WritesFragmentsUnescaped) {
+    CKaSchema schema(L"Plant", L"pl", nullptr);
+    schema.CreateKaClass(L"Motor", L"", KA_DOMAIN_CLASS)->AddKaProperty(L"Power", L"int", L"");
+    CKaRelationshipClass pump(L"Pump", &schema, nullptr);
+    KaRelationshipInstance instance(&pump);
     instance.SetSourceID(L"never written");
     const std::vector<std::tuple<const wchar_t*, const wchar_t*, std::wstring>> heads = {
         {L"", L"", L"<Pump>"},
@@ -39,26 +23,38 @@ TEST_F(TextWriterTest, WritesFragments) {
         instance.AppendAsXml(output, attributes);
         EXPECT_EQ(output, expected += head + L"</Pump>");
     }
+    for (const auto& [name, type] : {std::pair(L"Flow", L"double"),
+                                     {L"Head", L"double"},
+                                     {L"Tags", L"string"},
+                                     {L"Motor", L"Motor"},
+                                     {L"Motors", L"Motor"}}) {
+        CKaProperty* const property = pump.AddKaProperty(name, type, L"");
+        if (std::wstring(name).back() == L's')
+            property->SetMaxOccurs(L"2");
+        instance.AddKaValue(KaValueBase::CreateKaValueForKaProperty(&pump, property));
+    }
     instance.SetPropertyValue(L"Flow", L"x<y");
-    Add<CKaValue>(L"Head").Value() = L"null";
-    auto& tags = Add<KaArrayValue>(L"Tags");
-    auto& motor = Add<KaStructValue>(L"Motor");
-    auto& motors = Add<KaArrayValue>(L"Motors");
+    instance.PropertyValue(L"Head") = L"null";
     instance.AppendValueToString(output.assign(L"x"));
     EXPECT_EQ(output, L"x<Flow>x<y</Flow><Head></Head><Tags></Tags><Motor></Motor><Motors></Motors>");
-    for (CKaValue* const member : {new CKaValue(tags.GetProperty(), L"ab"), static_cast<CKaValue*>(nullptr)})
-        tags.PushBack(member);
+    auto& tags = dynamic_cast<KaArrayValue&>(*instance.GetKaValue(2));
+    auto& motor = dynamic_cast<KaStructValue&>(*instance.GetKaValue(3));
+    auto& motors = dynamic_cast<KaArrayValue&>(*instance.GetKaValue(4));
+    tags.PushBack(new CKaValue(tags.GetProperty(), L"ab"));
+    tags.PushBack(nullptr);
     motor.GetValue()->SetPropertyValue(L"Power", 30);
     motors.PushBack(new KaStructValue(motor));
     instance.AppendValueToString(output.assign(L""));
     EXPECT_EQ(output, L"<Flow>x<y</Flow><Head></Head><Tags><string>ab</string><string></string></Tags>"
-                      L"<Motor><Power>30</Power></Motor><Motors><Pump><Power>30</Power></Pump></Motors>");
+                      L"<Motor><Power>30</Power></Motor><Motors><Motor><Power>30</Power></Motor></Motors>");
     motor.SetValue(nullptr);
     ExpectThrows<KAXMLLogicError>([&] { motor.AppendAsXml(output.assign(L"kept")); }, L"Can't serialize a NULL struct");
     EXPECT_EQ(output, L"kept<Motor>");
 }
 
-TEST_F(TextWriterTest, GrowsByDoubling) {
+TEST(TextWriter, GrowsByDoubling) {
+    CKaSchema schema(L"Plant", L"pl", nullptr);
+    const CKaInstance instance(schema.CreateKaClass(L"Pump", L"", KA_DOMAIN_CLASS));
     std::wstring output;
     int changes = 0;
     for (int i = 0; i < 100000; ++i) {

@@ -6,9 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace KAXML::Test {
 namespace {
@@ -16,19 +14,17 @@ namespace {
 namespace fs = std::filesystem;
 
 std::wstring Wide(const fs::path& path) { return WideFromUtf8(path.string()); }
+fs::perms ModeOf(const fs::path& path) { return fs::status(path).permissions(); }
 
-unsigned ModeOf(const fs::path& path) {
-    struct stat status {};
-    EXPECT_EQ(stat(path.c_str(), &status), 0);
-    return status.st_mode & 07777;
-}
-
-std::wstring FailureOfReplacing(const fs::path& path) {
+// Saves, and returns what the failure tells behind the path.
+std::wstring FailureOfReplacing(const fs::path& path, std::string_view bytes = "new") {
     try {
-        ReplaceFile(Wide(path), "new");
+        ReplaceFile(Wide(path), bytes);
     } catch (const _com_error& error) {
+        const std::wstring start = L"Cannot save '" + Wide(path) + L"': ";
         EXPECT_EQ(std::wstring(error.Source()), Wide(path));
-        return error.Description();
+        EXPECT_EQ(std::wstring(error.Description()).substr(0, start.size()), start);
+        return error.Description() + start.size();
     }
     return L"";
 }
@@ -57,75 +53,57 @@ const FileCalls kFailingCalls{
     [](const char* from, const char* to) { return Fails() ? -1 : kSystemCalls.rename(from, to); },
 };
 
-class FailingCall {
-  public:
-    FailingCall(int number, int error) {
-        g_callsLeft = number;
-        g_error = error;
-        CurrentFileCalls() = kFailingCalls;
-    }
-    FailingCall(const FailingCall&) = delete;
-    FailingCall& operator=(const FailingCall&) = delete;
-    ~FailingCall() { CurrentFileCalls() = kSystemCalls; }
-};
+template <typename Run> auto WithFailingCall(int number, int error, Run run) {
+    g_callsLeft = number;
+    g_error = error;
+    CurrentFileCalls() = kFailingCalls;
+    const auto result = run();
+    CurrentFileCalls() = kSystemCalls;
+    return result;
+}
 
 TEST(ReplaceFile, MakesAndReplacesFiles) {
     const TemporaryFolder folder;
+    const fs::path path = folder / std::string(255, 'n'); // the longest name that the system allows
     const mode_t mask = umask(027);
-    ReplaceFile(Wide(folder / "new"), "first");
+    EXPECT_EQ(FailureOfReplacing(path, "first"), L"");
     umask(mask);
-    EXPECT_EQ(BytesOf(folder / "new"), "first");
-    EXPECT_EQ(ModeOf(folder / "new"), 0640u);
-    for (const unsigned mode : {0600u, 0664u, 0444u}) {
-        chmod((folder / "new").c_str(), mode);
-        ReplaceFile(Wide(folder / "new"), "");
-        EXPECT_EQ(BytesOf(folder / "new"), "");
-        EXPECT_EQ(ModeOf(folder / "new"), mode);
+    EXPECT_EQ(BytesOf(path), "first");
+    EXPECT_EQ(ModeOf(path), fs::perms(0640));
+    for (const fs::perms mode : {fs::perms(0600), fs::perms(0664), fs::perms(0444)}) {
+        fs::permissions(path, mode);
+        EXPECT_EQ(FailureOfReplacing(path, ""), L"");
+        EXPECT_EQ(BytesOf(path), "");
+        EXPECT_EQ(ModeOf(path), mode);
     }
     EXPECT_EQ(folder.FileCount(), 1u);
 }
 
-TEST(ReplaceFile, TakesANameAsLongAsTheSystemAllows) {
-    const TemporaryFolder folder;
-    const std::string name(255, 'n');
-    ReplaceFile(Wide(folder / name), "x");
-    EXPECT_EQ(BytesOf(folder / name), "x");
-}
-
-TEST(ReplaceFile, FollowsSymbolicLinks) {
+TEST(ReplaceFile, FollowsSymbolicLinksAndRefusesWhatIsNoFile) {
     const TemporaryFolder folder;
     fs::create_directory(folder / "sub");
     fs::create_symlink("sub/link", folder / "first");
     fs::create_symlink("target", folder / "sub/link");
     for (const char* const content : {"through a dangling link", "again"}) {
-        ReplaceFile(Wide(folder / "first"), content);
+        EXPECT_EQ(FailureOfReplacing(folder / "first", content), L"");
         EXPECT_EQ(BytesOf(folder / "sub/target"), content);
-        EXPECT_TRUE(fs::is_symlink(folder / "first"));
-        EXPECT_TRUE(fs::is_symlink(folder / "sub/link"));
+        EXPECT_TRUE(fs::is_symlink(folder / "first") && fs::is_symlink(folder / "sub/link"));
     }
-    fs::create_symlink("loop", folder / "loop");
-    EXPECT_EQ(FailureOfReplacing(folder / "loop"),
-              L"Cannot save '" + Wide(folder / "loop") +
-                  L"': following the symbolic link: Too many levels of symbolic links");
-}
-
-TEST(ReplaceFile, RefusesWhatIsNoFile) {
-    const TemporaryFolder folder;
     mkfifo((folder / "fifo").c_str(), 0600);
     fs::create_symlink("/dev/full", folder / "full");
+    fs::create_symlink("loop", folder / "loop");
     for (const fs::path& path : {folder / "fifo", folder / "full", folder.Path()})
-        EXPECT_EQ(FailureOfReplacing(path),
-                  L"Cannot save '" + Wide(path) + L"': replacing it: it is not a regular file");
+        EXPECT_EQ(FailureOfReplacing(path), L"replacing it: it is not a regular file");
+    EXPECT_EQ(FailureOfReplacing(folder / "loop"), L"following the symbolic link: Too many levels of symbolic links");
     EXPECT_EQ(FailureOfReplacing(folder / "none/file"),
-              L"Cannot save '" + Wide(folder / "none/file") +
-                  L"': creating a new file in its folder: No such file or directory");
+              L"creating a new file in its folder: No such file or directory");
     EXPECT_NE(FailureOfReplacing(""), L"");
-    EXPECT_EQ(folder.FileCount(), 2u);
+    EXPECT_EQ(folder.FileCount(), 5u);
 }
 
 TEST(ReplaceFile, LeavesEverythingAsItWasWhenAnyCallFails) {
     const TemporaryFolder folder;
-    const fs::path path = folder.Path() / "file";
+    const fs::path path = folder / "file";
     const wchar_t* const steps[] = {L"creating a new file in its folder",
                                     L"setting its permissions",
                                     L"writing",
@@ -134,35 +112,23 @@ TEST(ReplaceFile, LeavesEverythingAsItWasWhenAnyCallFails) {
                                     L"closing",
                                     L"putting the new file in its place"};
     int number = 0;
-    for (const wchar_t* const step : steps) {
+    for (const std::wstring step : steps) {
         folder.Write("file", "old bytes");
-        std::wstring failure;
-        {
-            const FailingCall failing(++number, ENOSPC);
-            failure = FailureOfReplacing(path);
-        }
-        EXPECT_EQ(failure, L"Cannot save '" + Wide(path) + L"': " + step + L": No space left on device");
+        EXPECT_EQ(WithFailingCall(++number, ENOSPC, [&] { return FailureOfReplacing(path); }),
+                  step + L": No space left on device");
         EXPECT_EQ(BytesOf(path), "old bytes");
         EXPECT_EQ(folder.FileCount(), 1u);
     }
     // Once the new file is in place nothing can fail any more.
     for (; g_callsLeft <= 0; ++number) {
         folder.Write("file", "old bytes");
-        const FailingCall failing(number + 1, EIO);
-        ReplaceFile(Wide(path), "new");
+        EXPECT_EQ(WithFailingCall(number + 1, EIO, [&] { return FailureOfReplacing(path); }), L"");
         EXPECT_EQ(BytesOf(path), "new");
     }
-    EXPECT_EQ(folder.FileCount(), 1u);
-}
-
-TEST(ReplaceFile, RepeatsInterruptedCallsAndKeepsErrno) {
-    const TemporaryFolder folder;
-    const fs::path path = folder.Path() / "file";
-    folder.Write("file", "old");
-    for (const int number : {1, 3, 5}) { // open, write, fsync
-        const FailingCall failing(number, EINTR);
+    for (const int interrupted : {1, 3, 5}) { // open, write, fsync
+        folder.Write("file", "old");
         errno = EDOM;
-        ReplaceFile(Wide(path), "new");
+        EXPECT_EQ(WithFailingCall(interrupted, EINTR, [&] { return FailureOfReplacing(path); }), L"");
         EXPECT_EQ(errno, EDOM);
         EXPECT_EQ(BytesOf(path), "new");
     }
@@ -171,31 +137,17 @@ TEST(ReplaceFile, RepeatsInterruptedCallsAndKeepsErrno) {
 
 TEST(WriteNewPrivateFile, NeverFollowsOrOverwritesAndSaysWhatFailed) {
     const TemporaryFolder folder;
-    std::wstring text(40000, L'\u00E9');
-    text += L"\U0001F642";
+    const std::wstring text = std::wstring(40000, L'\u00E9') + L"\U0001F642";
     EXPECT_EQ(WriteNewPrivateFile(Wide(folder / "new"), "header\n", text), NewFileResult::written);
-    EXPECT_EQ(BytesOf(folder / "new"), "header\n" + Utf8FromWide(text));
-    EXPECT_EQ(ModeOf(folder / "new"), 0600u);
+    EXPECT_EQ(ModeOf(folder / "new"), fs::perms(0600));
     fs::create_symlink("target", folder / "link");
     for (const char* const name : {"new", "link", "none/new"})
         EXPECT_EQ(WriteNewPrivateFile(Wide(folder / name), "h", L"t"), NewFileResult::cannotCreate);
     EXPECT_EQ(BytesOf(folder / "new"), "header\n" + Utf8FromWide(text));
-    EXPECT_FALSE(fs::exists(folder / "target"));
-    for (const int number : {2, 3, 4}) { // header, text, close
-        const FailingCall failing(number, ENOSPC);
-        EXPECT_EQ(WriteNewPrivateFile(Wide(folder / "broken"), "h", L"t"), NewFileResult::cannotWrite);
-        EXPECT_FALSE(fs::exists(folder / "broken"));
-    }
-}
-
-TEST(CanonicalPath, SeesThroughLinksAndRelativeParts) {
-    const TemporaryFolder folder;
-    const std::wstring file = CanonicalPath(folder.Write("file", ""));
-    fs::create_directory(folder / "sub");
-    fs::create_symlink("../file", folder / "sub/link");
-    EXPECT_EQ(CanonicalPath(Wide(folder / "sub/../file")), file);
-    EXPECT_EQ(CanonicalPath(Wide(folder / "sub/link")), file);
-    EXPECT_EQ(CanonicalPath(L"/missing/../x"), L"/missing/../x");
+    const auto write = [&] { return WriteNewPrivateFile(Wide(folder / "broken"), "h", L"t"); };
+    for (const int number : {2, 3, 4}) // header, text, close
+        EXPECT_EQ(WithFailingCall(number, ENOSPC, write), NewFileResult::cannotWrite);
+    EXPECT_EQ(folder.FileCount(), 2u);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
@@ -63,19 +64,15 @@ template <typename Run> void AtEverySliceSize(Run run) {
     }
 }
 
-/// Takes every event for a receiver that overrides Note.
-class EveryEvent : public XmlEvents {
-  public:
-    virtual ~EveryEvent() = default;
-    void StartElement(const XmlName&, const XmlStartTag&) override { Note(); }
-    void EndElement(const XmlName&) override { Note(); }
-    void Text(std::string_view) override { Note(); }
-    void CDataSection(std::string_view) override { Note(); }
-    void Comment(std::string_view) override { Note(); }
-    void ProcessingInstruction(std::string_view, std::string_view) override { Note(); }
-
-  protected:
-    virtual void Note() {}
+/// Does the same at every event.
+struct EveryEvent final : XmlEvents {
+    void StartElement(const XmlName&, const XmlStartTag&) override { note(); }
+    void EndElement(const XmlName&) override { note(); }
+    void Text(std::string_view) override { note(); }
+    void CDataSection(std::string_view) override { note(); }
+    void Comment(std::string_view) override { note(); }
+    void ProcessingInstruction(std::string_view, std::string_view) override { note(); }
+    std::function<void()> note = [] {};
 };
 
 /// Fails the test when something was written to standard error during its life.

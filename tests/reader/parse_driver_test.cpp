@@ -2,145 +2,128 @@
 
 #include "support/instance_recorder.h"
 
+#include <algorithm>
+
 namespace KAXML::Test {
 namespace {
 
-// What each operation of the fake reader answers; a failing one may raise its status instead.
-struct Statuses {
-    HRESULT create = S_OK;
-    HRESULT putContentHandler = S_OK;
-    HRESULT putErrorHandler = S_OK;
-    HRESULT parse = S_OK;
-    HRESULT parseURL = S_OK;
-};
-Statuses s_statuses;
+// What the operations of the fake reader answer: its creation, both put operations, both parse
+// operations. A failing one may raise its status instead.
+enum { kCreate, kPutContent, kPutError, kParse, kParseUrl, kOperations };
+HRESULT s_statuses[kOperations];
 int s_readers = 0;
 
 struct FakeReader final : ISAXXMLReader {
     FakeReader() { ++s_readers; }
     ~FakeReader() override { --s_readers; }
-    HRESULT putContentHandler(ISAXContentHandler*) override { return s_statuses.putContentHandler; }
-    HRESULT putErrorHandler(ISAXErrorHandler*) override { return s_statuses.putErrorHandler; }
-    HRESULT parse(const wchar_t*) override { return s_statuses.parse; }
+    HRESULT putContentHandler(ISAXContentHandler*) override { return s_statuses[kPutContent]; }
+    HRESULT putErrorHandler(ISAXErrorHandler*) override { return s_statuses[kPutError]; }
+    HRESULT parse(const wchar_t*) override { return s_statuses[kParse]; }
     HRESULT parseURL(const wchar_t* url) override {
-        if (s_statuses.parseURL == E_INVALIDARG)
-            throw _com_error(E_INVALIDARG, L"description", url);
-        return s_statuses.parseURL;
+        const HRESULT answer = s_statuses[kParseUrl];
+        return answer == E_INVALIDARG ? throw _com_error(answer, L"description", url) : answer;
     }
 };
+
+ParseRequest Request(const wchar_t* source) {
+    ParseRequest request;
+    request.xmlSource = source;
+    request.schema = &MachinesSchema();
+    request.callbacks = RequiredCallbacks();
+    return request;
+}
 
 TEST(ParseDriver, ReportsEveryFailingStatusOfTheReader) {
     const std::wstring status = L" with return status of: -2147467259";
     const struct {
-        Statuses statuses;
-        int isUrl;
+        int operation;
+        HRESULT answer;
         std::wstring failure;
     } cases[] = {
-        {{E_FAIL}, 0, L"ParseKaInstanceXML failed CoCreateInstance" + status},
-        {{S_OK, E_FAIL}, 0, L"ParseKaInstanceXML failed putContentHandler" + status},
-        {{S_OK, S_OK, E_FAIL}, 0, L"ParseKaInstanceXML failed putErrorHandler" + status},
-        {{S_OK, S_OK, S_OK, E_FAIL}, 0, L"ParseKaInstanceXML: Failed to parse   " + status},
-        {{S_OK, S_OK, S_OK, S_OK, E_FAIL}, 1, L"ParseKaInstanceXML: Failed to parse  /x " + status},
-        {{S_OK, S_OK, S_OK, S_OK, E_INVALIDARG},
-         1,
-         L"ParseKaInstanceXML: COM Error: The parameter is incorrect. description. /x. "},
-        {{S_FALSE, S_FALSE, S_FALSE, S_FALSE, E_FAIL}, 0, L""}, // successes with a remark
+        {kCreate, E_FAIL, L"ParseKaInstanceXML failed CoCreateInstance" + status},
+        {kPutContent, E_FAIL, L"ParseKaInstanceXML failed putContentHandler" + status},
+        {kPutError, E_FAIL, L"ParseKaInstanceXML failed putErrorHandler" + status},
+        {kParse, E_FAIL, L"ParseKaInstanceXML: Failed to parse   " + status},
+        {kParseUrl, E_FAIL, L"ParseKaInstanceXML: Failed to parse  /x " + status},
+        {kParseUrl, E_INVALIDARG, L"ParseKaInstanceXML: COM Error: The parameter is incorrect. description. /x. "},
+        {kParseUrl, S_FALSE, L""}, // a success with a remark, as those of the others
     };
     for (const auto& each : cases) {
-        s_statuses = each.statuses;
-        ParseRequest request;
-        request.isUrl = each.isUrl;
-        request.xmlSource = L"/x";
-        request.schema = &MachinesSchema();
-        request.callbacks = RequiredCallbacks();
+        std::fill(std::begin(s_statuses), std::end(s_statuses), S_FALSE);
+        s_statuses[each.operation] = each.answer;
+        ParseRequest request = Request(L"/x");
+        request.isUrl = each.operation == kParseUrl;
         const LogRecorder log;
         const auto run = [&] {
             RunParse(request, [](std::unique_ptr<ISAXXMLReader>& reader) {
                 reader = std::make_unique<FakeReader>();
-                return s_statuses.create;
+                return s_statuses[kCreate];
             });
         };
-        if (each.failure.empty())
-            run();
-        else
-            ExpectThrows<KAXMLRuntimeError>(run, each.failure);
+        each.failure.empty() ? run() : ExpectThrows<KAXMLRuntimeError>(run, each.failure);
         EXPECT_EQ(s_readers, 0);
         EXPECT_EQ(log.Messages(LOG_INFO).size(), each.failure.empty() ? 1u : 0u);
     }
 }
 
-TEST(ParseDriver, NeedsASource) {
-    ParseRequest request;
-    request.schema = &MachinesSchema();
-    request.callbacks = RequiredCallbacks();
-    ExpectThrows<KAXMLInvalidArgument>([&] { RunParse(request, &CreateSAXXMLReader); },
-                                       L"Passed NULL xmlSource to ParseKaInstanceXML");
+TEST(ParseDriver, NeedsASourceASchemaCallbacksAndAFactory) {
+    ParseRequest request = Request(nullptr);
+    const auto expect = [&](const wchar_t* message) {
+        ExpectThrows<KAXMLInvalidArgument>([&] { RunParse(request, &CreateSAXXMLReader); }, message);
+    };
+    expect(L"Passed NULL xmlSource to ParseKaInstanceXML");
+    EXPECT_NO_THROW(RunParse(Request(L"<Other/>"), &CreateSAXXMLReader));
+    const std::wstring item = WideFromUtf8(InRoot("<Item/>"));
+    ExpectThrows<KAXMLRuntimeError>([&] { RunParse(Request(item.c_str()), &CreateSAXXMLReader); },
+                                    L"CKAXMLSAXContentHandler has NULL m_pKaInstanceFactory");
+    request.xmlSource = L"";
+    request.schema = nullptr;
+    expect(L"Passed NULL pKaSchema into CKAXMLSAXContentHandler constructor");
+    request.callbacks.parsedRelationship = nullptr;
+    expect(L"parsedKaRelationshipCallback cannot be NULL");
+    request.callbacks.parsedInstance = nullptr;
+    expect(L"parsedKaInstanceCallback cannot be NULL");
 }
 
 const std::string kItem = "<Item id='\xC3\xA9'><Tag>\xC3\xBC\xC3\x9F</Tag></Item>";
 const std::string kItemRead = "begin ''\ninstance Item '\xC3\xA9' Tag='\xC3\xBC\xC3\x9F'\nend\n"
                               "log -3 Imported instances: 1\ndone\n";
 
-// Text in an encoding of one or two bytes for each character.
-std::string Encoded(const std::string& utf8, bool isTwoBytes, bool isBigEndian) {
+// Text as UTF-16, lower byte first.
+std::string Utf16(const std::string& utf8) {
     std::string bytes;
-    for (const wchar_t c : WideFromUtf8(utf8)) {
-        const std::string unit{static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)};
-        bytes += isTwoBytes ? (isBigEndian ? std::string(unit.rbegin(), unit.rend()) : unit) : unit.substr(0, 1);
-    }
+    for (const wchar_t c : WideFromUtf8(utf8))
+        bytes += {static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)};
     return bytes;
 }
 
-TEST(ParseDriver, ReadsFilesInTheirEncodingAndUrlsOfFiles) {
+TEST(ParseDriver, ReadsFilesInTheirEncodingAndTextWhateverItDeclares) {
     const TemporaryFolder folder;
-    const std::string text = InRoot(kItem);
-    const std::string marked = "\xEF\xBB\xBF" + text;
-    const std::string files[] = {
-        text,
-        marked,
-        "\xEF\xBB\xBF<?xml version='1.0' encoding='UTF-8'?>" + text,
-        Encoded(marked, true, false),
-        Encoded(marked, true, true),
-        Encoded("\xEF\xBB\xBF<?xml version='1.0' encoding='UTF-16'?>\n" + text, true, false),
-        Encoded("<?xml version='1.0' encoding='ISO-8859-1'?>" + text, false, false),
-    };
+    const std::string mark = "\xEF\xBB\xBF";
+    const std::string texts[] = {mark, "<?xml version='1.0' encoding='UTF-16'?>",
+                                 mark + "<?xml version='1.0' encoding='x'?>"};
     InstanceRecorder recorder;
     AtEverySliceSize([&] {
-        for (const std::string& bytes : files) {
-            SCOPED_TRACE(bytes);
-            EXPECT_EQ(recorder.Run(1, folder.Write("a b\xC3\xA9.xml", bytes)), kItemRead);
-        }
+        for (const std::string& start : texts)
+            EXPECT_EQ(recorder.Run(0, WideFromUtf8(start + InRoot(kItem))), kItemRead) << start;
+        for (const std::string& bytes : {InRoot(kItem), mark + InRoot(kItem), Utf16(mark + InRoot(kItem))})
+            EXPECT_EQ(recorder.Run(1, folder.Write("a b\xC3\xA9.xml", bytes)), kItemRead) << bytes;
         const std::wstring url = L"file://" + WideFromUtf8(folder.Path().string()) + L"/a%20b%C3%A9.xml";
         EXPECT_EQ(recorder.Run(1, url), kItemRead);
-    });
-}
-
-TEST(ParseDriver, TakesWideTextForWhatItIsWhateverItDeclares) {
-    InstanceRecorder recorder;
-    AtEverySliceSize([&] {
-        for (const char* start :
-             {"\xEF\xBB\xBF", "<?xml version='1.0' encoding='UTF-16'?>", "<?xml version='1.0' encoding='ISO-8859-1'?>",
-              "\xEF\xBB\xBF<?xml version='1.0' encoding='none'?>"})
-            EXPECT_EQ(recorder.Run(0, WideFromUtf8(start + InRoot(kItem))), kItemRead) << start;
     });
 }
 
 TEST(ParseDriver, RefusesWhatItCannotOpenWithoutCallingBack) {
     const TemporaryFolder folder;
     const std::string path = folder.Path().string();
-    const std::string missing = "Cannot open '" + path + "/none': No such file or directory. " + path + "/none. ";
-    const struct {
-        std::string url;
-        std::string reason;
-    } cases[] = {
-        {path + "/none", missing},
-        {"file://" + path + "/n%6Fne", missing},
-        {path, "Cannot open '" + path + "': Is a directory. " + path + ". "},
-        {"http://h/x", "Cannot open 'http://h/x': only files and file: URLs can be read. http://h/x. "},
+    const auto expect = [](const std::string& url, const std::string& reason) {
+        const std::string start = "KAXMLRuntimeError: ParseKaInstanceXML: COM Error: Unspecified error. ";
+        EXPECT_EQ(InstanceRecorder().Run(1, WideFromUtf8(url)), start + reason + "\n");
     };
-    for (const auto& each : cases)
-        EXPECT_EQ(InstanceRecorder().Run(1, WideFromUtf8(each.url)),
-                  "KAXMLRuntimeError: ParseKaInstanceXML: COM Error: Unspecified error. " + each.reason + "\n");
+    expect("file://" + path + "/n%6Fne",
+           "Cannot open '" + path + "/none': No such file or directory. " + path + "/none. ");
+    expect(path, "Cannot open '" + path + "': Is a directory. " + path + ". ");
+    expect("http://h/x", "Cannot open 'http://h/x': only files and file: URLs can be read. http://h/x. ");
 }
 
 } // namespace

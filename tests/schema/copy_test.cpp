@@ -80,7 +80,6 @@ TEST_F(CopyTest, AFailedAssignmentLeavesTheTarget) {
     ExpectFailedAssignment<CKaInstance>(*targetPump.GetKaCustomAttribute(0), *size->GetKaCustomAttribute(2));
     ExpectFailedAssignment<CKaTargets>(targetFeeds.m_targets, feeds->m_targets);
     ExpectFailedAssignment<CKaRelationshipClass>(targetFeeds, *feeds);
-    plant->FindKaClass(L"Pump", KA_ANY_CLASS_TYPE)->RemoveAllKaProperties();
     ExpectFailedAssignment<CKaSchema>(target, *plant);
     EXPECT_EQ(FirstDifference(expected, target), "");
 }
@@ -90,7 +89,6 @@ TEST_F(CopyTest, ClassesOwnTheirCopies) {
     assigned = copy;
     CKaRelationshipClass relationship(*feeds), other(L"Other", base, nullptr);
     other = relationship;
-    relationship.m_source = CKaSource(feeds->m_source);
     EXPECT_TRUE(relationship.m_source.GetOwner() == &relationship && other.m_targets.GetOwner() == &other);
     pump->RemoveAllKaProperties();
     for (CKaClass* const each : {&copy, &assigned}) {
@@ -112,6 +110,14 @@ TEST_F(CopyTest, ClassesOwnTheirCopies) {
     pairs = pair;
     EXPECT_NE(pairs.GetSourceConstraint(), pair.GetSourceConstraint());
     EXPECT_EQ(pairs.GetSourceConstraint()->GetKaRelationshipKey(0), L"key");
+}
+
+TEST_F(CopyTest, AnAssignedEndStaysItsClasses) {
+    CKaRelationshipClass relationship(*feeds);
+    relationship.m_source = feeds->m_source;
+    relationship.m_targets = CKaTargets(feeds->m_targets);
+    EXPECT_TRUE(relationship.m_source.GetOwner() == &relationship &&
+                relationship.m_targets.GetOwner() == &relationship);
 }
 
 TEST_F(CopyTest, InstancesOwnEveryKindOfValue) {

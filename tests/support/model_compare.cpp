@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <tuple>
 
 namespace KAXML::Test {
 namespace {
@@ -32,92 +33,81 @@ class Description {
 
     static std::wstring Text(const std::wstring& value) { return value; }
     static std::wstring Text(long value) { return std::to_wstring(value); }
+    template <typename Item> static std::wstring Text(const std::vector<Item>& items) {
+        std::wstring text = L"[";
+        for (const Item& item : items)
+            text += L" '" + Text(item) + L"'";
+        return text + L" ]";
+    }
     // Where a pointer between parts leads.
     std::wstring Place(const void* part) const {
         const auto found = m_paths.find(part);
         return part == nullptr ? L"null" : found == m_paths.end() ? L"outside" : found->second;
     }
-    // Takes pairs of a name and a value.
-    template <typename Value, typename... More> void Add(const wchar_t* name, const Value& value, const More&... more) {
-        m_lines.push_back(m_path + L"/" + name + L" = '" + Text(value) + L"'");
-        if constexpr (sizeof...(more) != 0)
-            Add(more...);
-    }
-    void AddList(const wchar_t* name, const Texts& values) {
-        Add(name, static_cast<long>(values.size()));
-        for (const std::wstring& value : values)
-            Add(name, value);
+    template <typename... Values> void Add(const wchar_t* names, const Values&... values) {
+        m_lines.push_back(m_path + L"/" + names + L" =");
+        ((m_lines.back() += L" '" + Text(values) + L"'"), ...);
     }
 
     void Schema(CKaSchema& schema) {
         In(std::wstring(L"schema ") + schema.GetSchemaName(), &schema, [&] {
-            Add(L"prefix", schema.GetSchemaPrefix(), L"version", schema.VersionString());
+            Add(L"prefix, version", schema.GetSchemaPrefix(), schema.VersionString());
             Common(schema, schema.GetDisplayLabel());
             CKaReferencedSchemaIterator references(&schema);
-            for (const CKaSchemaReference* entry = references.Begin(); entry != nullptr; entry = references.Next())
-                Reference(*entry);
+            for (const CKaSchemaReference* entry = references.Begin(); entry != nullptr; entry = references.Next()) {
+                Add(L"reference", entry->m_schemaName, entry->m_versionString, entry->m_schemaPrefix);
+                if (entry->GetSchema() != nullptr)
+                    Schema(*entry->GetSchema());
+            }
             for (unsigned int i = 0; i < schema.GetKaClassCount(); ++i)
-                Class(L"class ", *schema.GetKaClassByIndex(i), [] {});
+                Class(*schema.GetKaClassByIndex(i));
             for (unsigned int i = 0; i < schema.GetKaRelationshipClassCount(); ++i)
-                RelationshipClass(*schema.GetKaRelationshipClass(i));
-        });
-    }
-
-    void Reference(const CKaSchemaReference& reference) {
-        In(L"reference " + reference.m_schemaName, &reference, [&] {
-            Add(L"version", reference.m_versionString, L"prefix", reference.m_schemaPrefix);
-            if (reference.GetSchema() != nullptr)
-                Schema(*reference.GetSchema());
+                Class(*schema.GetKaRelationshipClass(i));
         });
     }
 
     void Common(const CKaCommon& item, const wchar_t* label) {
-        Add(L"description", item.GetDescription(), L"label", label);
+        Add(L"description, label", item.GetDescription(), label);
         for (unsigned int i = 0; i < item.GetKaCustomAttributeCount(); ++i)
             In(L"custom attribute", nullptr, [&] { Instance(*item.GetKaCustomAttribute(i)); });
     }
 
-    template <typename More> void Class(const wchar_t* kind, const CKaClass& kaClass, More more) {
-        In(kind + kaClass.TypeName(), &kaClass, [&] {
-            Add(L"schema", Place(kaClass.GetKaSchema()), L"base class", kaClass.GetBaseClass(), L"base class found",
-                Place(kaClass.GetBaseKaClass()), L"type", static_cast<long>(kaClass.GetClassType()));
+    void Class(const CKaClass& kaClass) {
+        In(L"class " + kaClass.TypeName(), &kaClass, [&] {
+            Add(L"schema, type", Place(kaClass.GetKaSchema()), static_cast<long>(kaClass.GetClassType()));
+            Add(L"base class", kaClass.GetBaseClass(), Place(kaClass.GetBaseKaClass()));
             Common(kaClass, kaClass.GetDisplayLabel());
             for (unsigned int i = 0; i < kaClass.GetKaPropertyCount(); ++i)
                 Property(*kaClass.GetKaProperty(i));
-            more();
+            if (const auto* const relationship = dynamic_cast<const CKaRelationshipClass*>(&kaClass)) {
+                Add(L"strength, direction", relationship->GetStrength(), relationship->GetStrengthDirection());
+                const auto& [source, targets] = std::tie(relationship->m_source, relationship->m_targets);
+                End(L"source", source, source.m_className, source.m_keyVector);
+                End(L"target", targets, targets.m_classNames, targets.m_keyVectors);
+            }
         });
     }
 
     void Property(const CKaProperty& property) {
         In(std::wstring(L"property ") + property.GetPropertyName(), &property, [&] {
-            Add(L"class", Place(property.GetKaClass()), L"type", property.GetTypeName(), L"struct", property.IsStruct(),
-                L"minOccurs", property.GetMinOccurs(), L"maxOccurs", property.GetMaxOccurs(), L"array",
-                property.IsArray(), L"read-only", property.ReadOnly());
+            Add(L"class, type, struct", Place(property.GetKaClass()), property.GetTypeName(), property.IsStruct());
+            Add(L"occurrence, array", property.GetMinOccurs(), property.GetMaxOccurs(), property.IsArray());
+            Add(L"read-only", property.ReadOnly());
             Common(property, property.GetDisplayLabel());
         });
     }
 
-    void RelationshipClass(const CKaRelationshipClass& kaClass) {
-        Class(L"relationship class ", kaClass, [&] {
-            Add(L"strength", kaClass.GetStrength(), L"direction", kaClass.GetStrengthDirection());
-            End(L"source", kaClass.m_source, {kaClass.m_source.m_className}, {kaClass.m_source.m_keyVector});
-            End(L"target", kaClass.m_targets, kaClass.m_targets.m_classNames, kaClass.m_targets.m_keyVectors);
-        });
-    }
-
-    template <typename EndType>
-    void End(const wchar_t* name, const EndType& end, const Texts& classes, const std::vector<Texts>& keys) {
+    template <typename EndType, typename... Lists>
+    void End(const wchar_t* name, const EndType& end, const Lists&... classesAndKeys) {
         In(name, &end, [&] {
-            Add(L"role", end.m_roleLabel, L"cardinality", end.m_cardinality, L"polymorphic", end.m_isPolymorphic);
+            Add(L"role, cardinality, polymorphic", end.m_roleLabel, end.m_cardinality, end.m_isPolymorphic);
+            Add(L"classes, keys", classesAndKeys...);
             Common(end, L"");
-            AddList(L"class", classes);
-            for (const Texts& each : keys)
-                AddList(L"key", each);
         });
     }
 
     void Instance(const CKaInstance& instance) {
-        Add(L"type name", instance.TypeName(), L"id", instance.InstanceID(), L"class", Place(instance.GetKaClass()));
+        Add(L"type name, id, class", instance.TypeName(), instance.InstanceID(), Place(instance.GetKaClass()));
         for (unsigned int i = 0; i < instance.GetKaValueCount(); ++i)
             Value(L"value " + instance.GetKaValue(i)->PropertyName(), instance.GetKaValue(i));
     }
@@ -126,7 +116,7 @@ class Description {
         if (value == nullptr)
             return;
         In(step, value, [&] {
-            Add(L"property", Place(value->GetProperty()), L"null", value->IsNull());
+            Add(L"property, null", Place(value->GetProperty()), value->IsNull());
             if (const auto* const primitive = dynamic_cast<const CKaValue*>(value))
                 Add(L"text", primitive->Value());
             else if (const auto* const array = dynamic_cast<const KaArrayValue*>(value))

@@ -9,13 +9,11 @@ namespace KAXML::Test {
 namespace {
 
 // A schema that writes over an existing file.
-class SchemaWriter : public testing::Test {
-  protected:
-    int Write() { return schema.WriteXML(path.c_str()); }
+struct SchemaWriter : testing::Test {
+    const std::function<int()> write = [this] { return schema.WriteXML(path.c_str()); };
 
-    // Runs what must fail, and checks that it left no trace.
-    template <typename Run> void LeavesTheOldFile(Run run) {
-        run();
+    // Whatever failed has left no trace.
+    void TearDown() override {
         EXPECT_EQ(BytesOf(folder / "x"), "old");
         EXPECT_EQ(folder.FileCount(), 1U);
     }
@@ -33,13 +31,38 @@ TEST_F(SchemaWriter, ReferencesThatCannotBeDeclaredAreRefused) {
         schema = CKaSchema(L"Plant", L"pl", nullptr);
         reference.m_schemaPrefix = prefix;
         schema.AddReference(reference);
-        LeavesTheOldFile([&] { EXPECT_THROW(Write(), _com_error) << Narrow(prefix); });
+        EXPECT_THROW(write(), _com_error) << Narrow(prefix);
     }
     schema = CKaSchema(L"Plant", L"pl", nullptr);
     reference.m_schemaPrefix = L"b";
     reference.m_versionString = L"1";
     schema.AddReference(reference);
-    LeavesTheOldFile([&] { EXPECT_THROW(Write(), KAXMLFormatError); });
+    EXPECT_THROW(write(), KAXMLFormatError);
+}
+
+TEST_F(SchemaWriter, EndsAndValuesWithoutAFormAreRefused) {
+    const std::wstring mismatch = L"Target of KaRelationshipClass 'Feeds' contains mismatched number of Class "
+                                  L"references and Key Vectors";
+    const std::wstring notFound = L"' in KaSchema 'Plant' or its referenced Schemas.";
+    CKaClass& pump = *schema.CreateKaClass(L"Pump", L"", KA_DOMAIN_CLASS | KA_STRUCT_CLASS);
+    CKaRelationshipClass& feeds = *schema.CreateKaRelationshipClass(L"Feeds", L"", KA_DOMAIN_CLASS);
+    feeds.m_targets.m_classNames = {KAXML_ANY_CLASS};
+    ExpectThrows<KAXMLLogicError>(write, mismatch);
+    feeds.m_targets.m_keyVectors = {{}, {}};
+    ExpectThrows<KAXMLLogicError>(write, mismatch);
+    feeds.m_targets.m_keyVectors = {{}};
+    feeds.m_source.m_className = L"Tank";
+    ExpectThrows<KAXMLFormatError>(write, L"Cannot find KaClass 'Tank" + notFound);
+    feeds.m_source.m_className = L"x:Pump";
+    ExpectThrows<KAXMLDomainError>(write, L"KaSchema with prefix 'x' not found among 'Plant's referenced schemas");
+    // Any class may stand at the source only, and is left out there.
+    feeds.m_source.m_className = KAXML_ANY_CLASS;
+    ExpectThrows<KAXMLFormatError>(write, std::wstring(L"Cannot find KaClass '") + KAXML_ANY_CLASS + notFound);
+    schema.AddKaCustomAttribute(new CKaCustomAttribute(&pump));
+    auto* const part = new KaStructValue(pump.AddKaProperty(L"Part", L"Pump", L""));
+    schema.GetKaCustomAttribute(0)->AddKaValue(part);
+    part->SetValue(nullptr);
+    ExpectThrows<KAXMLLogicError>(write, L"Can't serialize a NULL struct");
 }
 
 TEST_F(SchemaWriter, CharactersThatXmlCannotHoldAreNamedWithTheirItem) {
@@ -52,68 +75,48 @@ TEST_F(SchemaWriter, CharactersThatXmlCannotHoldAreNamedWithTheirItem) {
     note->SetPropertyValue(L"Tag", L"t");
     CKaValue& value = *note->GetPrimitiveValue(L"Tag");
     tag.AddKaCustomAttribute(note.release());
-    const std::wstring inPump = L"/KaSchema/KaClass[typeName='Pump']";
-    const std::wstring inTag = inPump + L"/KaProperty[propertyName='Tag']";
+    const std::wstring kind = L": XML cannot hold the character U+";
+    const std::wstring inTag = L"KaClass[typeName='Pump']/KaProperty[propertyName='Tag']/";
     const std::wstring high(1, static_cast<wchar_t>(0xD83D));
     const struct {
         std::function<void(const wchar_t*)> set;
-        std::wstring text, item, character;
+        std::wstring text, failure;
     } cases[] = {
-        {[&](auto* text) { schema.SetDisplayLabel(text); }, L"a\x01", L"/KaSchema/@displayLabel", L"U+0001"},
-        {[&](auto* text) { schema.SetDescription(text); }, high + L"x", L"/KaSchema/@description", L"U+D83D"},
-        {[&](auto* text) { pump.SetDescription(text); }, L"\xFFFF", inPump + L"/@description", L"U+FFFF"},
-        {[&](auto* text) { tag.SetDisplayLabel(text); }, L"\x1B", inTag + L"/@displayLabel", L"U+001B"},
-        {[&](auto* text) { value.SetValue(text); }, L"a\xFFFE", inTag + L"/KaCustomAttributes/Pump/Tag/text()",
-         L"U+FFFE"},
+        {[&](auto* text) { schema.SetDisplayLabel(text); }, L"a\x01", L"@displayLabel" + kind + L"0001"},
+        {[&](auto* text) { schema.SetDescription(text); }, high + L"x", L"@description" + kind + L"D83D"},
+        {[&](auto* text) { tag.SetDisplayLabel(text); }, L"\xFFFF", inTag + L"@displayLabel" + kind + L"FFFF"},
+        {[&](auto* text) { value.SetValue(text); }, L"a\xFFFE",
+         inTag + L"KaCustomAttributes/Pump/Tag/text()" + kind + L"FFFE"},
         {[&](auto* text) { feeds.m_source.m_keyVector[0] = text; }, L"\x08",
-         L"/KaSchema/KaRelationshipClass[typeName='Feeds']/Source/Class/Key/Property[name='\xFFFD']/@name", L"U+0008"},
+         L"KaRelationshipClass[typeName='Feeds']/Source/Class/Key/Property[name='\xFFFD']/@name" + kind + L"0008"},
     };
     for (const auto& each : cases) {
         each.set(each.text.c_str());
-        LeavesTheOldFile([&] {
-            try {
-                Write();
-                ADD_FAILURE() << Narrow(each.item);
-            } catch (const _com_error& error) {
-                EXPECT_EQ(Narrow(error.Description()),
-                          Narrow(each.item + L": XML cannot hold the character " + each.character));
-            }
-        });
+        try {
+            write();
+            ADD_FAILURE() << Narrow(each.failure);
+        } catch (const _com_error& error) {
+            EXPECT_EQ(error.Description(), L"/KaSchema/" + each.failure);
+        }
         each.set(L"");
     }
-    EXPECT_EQ(Write(), 0);
 }
 
 // A client's class that has its own idea of writing.
-class ClientClass : public CKaRelationshipClass {
-  public:
-    ClientClass(CKaSchema* schema, int result) : CKaRelationshipClass(L"Client", schema, nullptr), m_result(result) {}
-    int WriteXML(IXMLDOMDocument2*, IXMLDOMNode*) override {
-        if (m_result == 0)
-            throw std::string("client");
-        return m_result;
-    }
-
-  private:
-    int m_result;
+struct ClientClass : CKaRelationshipClass {
+    ClientClass(CKaSchema* schema, int itsResult) : CKaRelationshipClass(L"C", schema, nullptr), result(itsResult) {}
+    int WriteXML(IXMLDOMDocument2*, IXMLDOMNode*) override { return result != 0 ? result : throw std::string("C"); }
+    const int result;
 };
 
 TEST_F(SchemaWriter, StatusOfClientsClassesIsReturnedAndNothingSaved) {
-    for (const bool asRelationshipClass : {false, true}) {
-        for (const int result : {7, -1, 0}) {
-            schema = CKaSchema(L"Plant", L"pl", nullptr);
-            if (asRelationshipClass)
-                schema.AddKaRelationshipClass(new ClientClass(&schema, result));
-            else
-                schema.AddKaClass(new ClientClass(&schema, result));
-            LeavesTheOldFile([&] {
-                if (result == 0)
-                    EXPECT_THROW(Write(), std::string);
-                else
-                    EXPECT_EQ(Write(), result);
-            });
-        }
-    }
+    schema.AddKaRelationshipClass(new ClientClass(&schema, 7));
+    EXPECT_EQ(write(), 7);
+    schema.AddKaClass(new ClientClass(&schema, -1));
+    EXPECT_EQ(write(), -1);
+    schema = CKaSchema(L"Plant", L"pl", nullptr);
+    schema.AddKaClass(new ClientClass(&schema, 0));
+    EXPECT_THROW(write(), std::string);
 }
 
 } // namespace

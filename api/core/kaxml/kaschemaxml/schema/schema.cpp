@@ -6,6 +6,9 @@
 #include <kaxml/kaschemaxml/schema/relationship_class.h>
 #include <kaxml/kaxml/core/arguments.h>
 
+#include <algorithm>
+#include <new>
+
 namespace KAXML {
 
 namespace {
@@ -84,13 +87,33 @@ CKaSchema::~CKaSchema() {
     DeleteReferencedSchemas();
 }
 
+// A schema that is referenced more than once below this one, in one list or on several levels, is
+// destroyed once: all are collected first and let go of each other.
 void CKaSchema::DeleteReferencedSchemas() noexcept {
-    for (std::size_t i = 0; i < m_references.size(); ++i) {
-        const std::unique_ptr<CKaSchema> schema(m_references[i].m_pKaSchema);
-        for (CKaSchemaReference& reference : m_references)
-            if (reference.m_pKaSchema == schema.get())
-                reference.m_pKaSchema = nullptr;
+    std::vector<std::unique_ptr<CKaSchema>> schemas;
+    try {
+        std::vector<const CKaSchema*> found = {this};
+        for (std::size_t next = 0; next < found.size(); ++next) {
+            const std::vector<CKaSchemaReference>& references = found[next]->m_references;
+            found.reserve(found.size() + references.size());
+            schemas.reserve(schemas.size() + references.size());
+            for (const CKaSchemaReference& reference : references) {
+                CKaSchema* const schema = reference.m_pKaSchema;
+                if (schema == nullptr || std::find(found.begin(), found.end(), schema) != found.end())
+                    continue;
+                found.push_back(schema);
+                schemas.emplace_back(schema);
+            }
+        }
+    } catch (const std::bad_alloc&) {
+        // Without memory for the list it is not known what is shared: what was found is kept, not
+        // destroyed twice.
+        for (std::unique_ptr<CKaSchema>& schema : schemas)
+            static_cast<void>(schema.release());
     }
+    for (const std::unique_ptr<CKaSchema>& schema : schemas)
+        schema->m_references.clear();
+    m_references.clear();
 }
 
 void CKaSchema::SetSchemaName(const wchar_t* name) { m_schemaName = RequireName(name, kSchemaNameKind); }

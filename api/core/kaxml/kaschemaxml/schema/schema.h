@@ -55,7 +55,8 @@ class KAXML_API CKaSchema : public CKaCommon {
     CKaSchema(const wchar_t* name, const wchar_t* prefix, const wchar_t* description);
     CKaSchema(const CKaSchema& other);
     CKaSchema& operator=(const CKaSchema& other);
-    /// Deletes the classes, the relationship classes, and each referenced schema once.
+    /// Deletes the classes, the relationship classes, and each schema referenced from here, directly
+    /// or through others, once.
     ~CKaSchema() override;
 
     /// Appends a copy of the reference. The schema now owns the schema that the reference holds;
