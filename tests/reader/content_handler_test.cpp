@@ -1,5 +1,7 @@
 #include "support/instance_recorder.h"
 
+#include <kaxml/kaxml/reader/instance_handlers.h>
+
 #include <optional>
 
 namespace KAXML::Test {
@@ -109,6 +111,30 @@ TEST_F(ContentHandler, FailsWithoutAHandlerOnTopAndDestroysTheRestTopDown) {
     ExpectThrows<KAXMLRuntimeError>([&] { Start(&attributes); }, none);
     handler.reset();
     EXPECT_EQ(calls, "C> ~C ~B ~A ") << "a handler may refer to those below it";
+}
+
+TEST(DefaultHandlers, KnowNoOtherInterface) {
+    CDefaultSAXContentHandler content;
+    CDefaultErrorHandler error;
+    void* object = &content;
+    EXPECT_EQ(content.QueryInterface(nullptr, &object), E_NOINTERFACE);
+    EXPECT_EQ(object, nullptr);
+    object = &content;
+    EXPECT_EQ(error.QueryInterface(nullptr, &object), E_NOINTERFACE);
+    EXPECT_EQ(object, nullptr);
+}
+
+// What no document can bring about.
+TEST_F(ContentHandler, HandlersCheckWhatTheyAreMadeFor) {
+    const auto expect = [](auto make, const wchar_t* message) { ExpectThrows<KAXMLInvalidArgument>(make, message); };
+    expect([] { KaInstanceXMLHandler{nullptr}; }, L"Passed NULL CKAXMLSAXContentHandler into KaInstanceXMLHandler");
+    expect([] { PropertiesHandler(nullptr, nullptr); }, L"Passed NULL pKaInstance into PropertiesHandler constructor");
+    expect([] { ArrayHandler(nullptr, nullptr); }, L"Passed NULL pArrayValue into ArrayHandler constructor");
+    expect([] { StructHandler(nullptr, nullptr); }, L"Passed NULL pStructValue to StructHandler constructor");
+    expect([] { RelationshipHandler(nullptr, nullptr); },
+           L"Passed NULL pRelationship into RelationshipHandler constructor");
+    ExpectThrows<KAXMLRuntimeError>([] { StateHandler(nullptr, L"").GetSaxHandler(); },
+                                    L"Asking for m_pSaxHandler when it is NULL");
 }
 
 TEST(StateHandler, TracksOneElementUntilAReset) {

@@ -89,16 +89,9 @@ const std::string kItem = "<Item id='\xC3\xA9'><Tag>\xC3\xBC\xC3\x9F</Tag></Item
 const std::string kItemRead = "begin ''\ninstance Item '\xC3\xA9' Tag='\xC3\xBC\xC3\x9F'\nend\n"
                               "log -3 Imported instances: 1\ndone\n";
 
-// Text as UTF-16, lower byte first.
-std::string Utf16(const std::string& utf8) {
-    std::string bytes;
-    for (const wchar_t c : WideFromUtf8(utf8))
-        bytes += {static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)};
-    return bytes;
-}
-
 TEST(ParseDriver, ReadsFilesInTheirEncodingAndTextWhateverItDeclares) {
     const TemporaryFolder folder;
+    const std::filesystem::path encoded = KAXML_TEST_DATA_DIR "/instances/encoded"; // the same item
     const std::string mark = "\xEF\xBB\xBF";
     const std::string texts[] = {mark, "<?xml version='1.0' encoding='UTF-16'?>",
                                  mark + "<?xml version='1.0' encoding='x'?>"};
@@ -106,7 +99,8 @@ TEST(ParseDriver, ReadsFilesInTheirEncodingAndTextWhateverItDeclares) {
     AtEverySliceSize([&] {
         for (const std::string& start : texts)
             EXPECT_EQ(recorder.Run(0, WideFromUtf8(start + InRoot(kItem))), kItemRead) << start;
-        for (const std::string& bytes : {InRoot(kItem), mark + InRoot(kItem), Utf16(mark + InRoot(kItem))})
+        for (const std::string& bytes : {InRoot(kItem), mark + InRoot(kItem), BytesOf(encoded / "latin-1.xml"),
+                                         BytesOf(encoded / "utf-16-le.xml"), BytesOf(encoded / "utf-16-be.xml")})
             EXPECT_EQ(recorder.Run(1, folder.Write("a b\xC3\xA9.xml", bytes)), kItemRead) << bytes;
         const std::wstring url = L"file://" + WideFromUtf8(folder.Path().string()) + L"/a%20b%C3%A9.xml";
         EXPECT_EQ(recorder.Run(1, url), kItemRead);

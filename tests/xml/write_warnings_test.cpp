@@ -45,16 +45,6 @@ void AddReferenceAgain(CKaSchema& s) {
     s.AddReference(again);
 }
 
-void RenamePump(CKaSchema& s) {
-    Pump(s).TypeName() = L"Pomp";
-    Feeds(s).m_source.m_className = L"Pomp";
-}
-
-void RenameUnit(CKaSchema& s) {
-    Unit(s).RemoveAllKaValues();
-    Unit(s).SetTypeName(L"Fan");
-}
-
 const std::wstring kPlant = L"KaSchema 'Plant'";
 const std::wstring kPump = L"KaClass 'Pump'";
 const std::wstring kFeeds = L"KaRelationshipClass 'Feeds'";
@@ -78,7 +68,7 @@ const struct {
     {[](auto& s) { Fan(s).SetIsCustomAttributeClass(1); }, kPlant},
     {[](auto& s) { Joins(s).TypeName() = L"1"; }, L"KaRelationshipClass '1'"},
     {[](auto& s) { Joins(s).TypeName() = L"Feeds"; }, kFeeds},
-    {[](auto& s) { RenamePump(s); }, L"KaClass 'Fan'"},
+    {[](auto& s) { Pump(s).TypeName() = Feeds(s).m_source.m_className = L"Pomp"; }, L"KaClass 'Fan'"},
     {[](auto& s) { Feeds(s).SetBaseClass(L"Joins"); }, kFeeds},
     {[](auto& s) { Feeds(s).SetIsStruct(1); }, kFeeds},
     {[](auto& s) { Fan(s).AddKaProperty(L"X", L"int", L"")->PropertyName() = L"Size"; },
@@ -101,7 +91,7 @@ const struct {
      L"KaCustomAttribute 'Point' of KaClass 'Unit'"},
     {[](auto& s) { Unit(s).SetInstanceID(L"1"); }, kUnit},
     {[](auto& s) { Unit(s).SetTypeName(L"None"); }, L"KaCustomAttribute 'None' of " + kPump},
-    {[](auto& s) { RenameUnit(s); }, L"KaCustomAttribute 'Fan' of " + kPump},
+    {[](auto& s) { Unit(s).RemoveAllKaValues(), Unit(s).SetTypeName(L"Fan"); }, L"KaCustomAttribute 'Fan' of " + kPump},
     {[](auto& s) { Unit(s).SetPropertyValue(L"Symbol", L" \r\n"); }, kSymbol},
     {[](auto& s) { Unit(s).SetPropertyValue(L"Symbol", L""); }, kSymbol},
     {[](auto& s) { Unit(s).GetPropertyValue(L"Symbol", true)->SetToNull(); }, kSymbol},
