@@ -86,7 +86,8 @@ class KAXML_API CKaSchema : public CKaCommon {
     ///         writers of its items), _com_error when a text holds what XML cannot, or the file
     ///         cannot be saved.
     int WriteXML(const wchar_t* path) const;
-    /// Extra directories for referenced files, separated by ";", searched last. Never null.
+    /// Extra directories for referenced files, separated by ";", searched last. A schema loaded for a
+    /// reference gets those of the schema that names it. Never null.
     const wchar_t* GetSearchPath() const noexcept;
     /// @param searchPath  not null (KAXMLInvalidArgument).
     void SetSearchPath(const wchar_t* searchPath);
