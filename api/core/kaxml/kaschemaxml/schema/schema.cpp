@@ -110,6 +110,7 @@ void CKaSchema::DeleteReferencedSchemas() noexcept {
         // destroyed twice.
         for (std::unique_ptr<CKaSchema>& schema : schemas)
             static_cast<void>(schema.release());
+        schemas.clear();
     }
     for (const std::unique_ptr<CKaSchema>& schema : schemas)
         schema->m_references.clear();
