@@ -1,5 +1,6 @@
 #include <kaxml/platform/console.h>
 
+#include <kaxml/platform/system_error.h>
 #include <kaxml/platform/wide_text.h>
 
 #include <cerrno>
@@ -10,7 +11,7 @@ namespace KAXML {
 
 void WriteStandardOutput(std::wstring_view text) {
     const std::string bytes = Utf8FromWide(text);
-    const int callersErrno = errno;
+    const ErrnoKeeper keeper;
     std::fflush(stdout);
     const int descriptor = fileno(stdout);
     std::size_t written = 0;
@@ -20,7 +21,6 @@ void WriteStandardOutput(std::wstring_view text) {
             break;
         written += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
-    errno = callersErrno;
 }
 
 } // namespace KAXML

@@ -1,5 +1,7 @@
 #include <kaxml/platform/numbers.h>
 
+#include <kaxml/platform/system_error.h>
+
 #include <cerrno>
 #include <charconv>
 #include <clocale>
@@ -20,23 +22,12 @@ locale_t CLocale() {
     return locale;
 }
 
-// Clears errno for one conversion and gives the caller's value back afterwards.
-class ErrnoScope {
-  public:
-    ErrnoScope() noexcept : m_callers(errno) { errno = 0; }
-    ErrnoScope(const ErrnoScope&) = delete;
-    ErrnoScope& operator=(const ErrnoScope&) = delete;
-    ~ErrnoScope() { errno = m_callers; }
-
-  private:
-    int m_callers;
-};
-
 } // namespace
 
 ParsedNumber<std::int32_t> ParseInt32(const wchar_t* text) {
     const locale_t locale = CLocale();
-    const ErrnoScope scope;
+    const ErrnoKeeper keeper;
+    errno = 0;
     const long long value = wcstoll_l(text, nullptr, 10, locale);
     if (value > std::numeric_limits<std::int32_t>::max())
         return {std::numeric_limits<std::int32_t>::max(), ERANGE};
@@ -47,14 +38,15 @@ ParsedNumber<std::int32_t> ParseInt32(const wchar_t* text) {
 
 ParsedNumber<double> ParseDouble(const wchar_t* text) {
     const locale_t locale = CLocale();
-    const ErrnoScope scope;
+    const ErrnoKeeper keeper;
+    errno = 0;
     const double value = wcstod_l(text, nullptr, locale);
     return {value, errno};
 }
 
 std::uint32_t ParseUInt32(const wchar_t* text, bool& digitsRead) {
     const locale_t locale = CLocale();
-    const ErrnoScope scope;
+    const ErrnoKeeper keeper;
     wchar_t* end = nullptr;
     const unsigned long long value = wcstoull_l(text, &end, 10, locale);
     digitsRead = end != text;

@@ -1,5 +1,7 @@
 #include <kaxml/platform/uuid.h>
 
+#include <kaxml/platform/system_error.h>
+
 #include <cerrno>
 #include <cstdint>
 #include <sys/random.h>
@@ -32,13 +34,10 @@ void AppendHex(std::wstring& text, std::uint32_t value, int digits) {
 int UuidCreate(GUID* guid) noexcept {
     if (guid == nullptr)
         return EINVAL;
-    const int callersErrno = errno;
+    const ErrnoKeeper keeper;
     unsigned char bytes[16];
-    const bool filled = FillRandom(bytes, sizeof bytes);
-    const int status = filled ? 0 : errno;
-    errno = callersErrno;
-    if (!filled)
-        return status;
+    if (!FillRandom(bytes, sizeof bytes))
+        return errno;
     bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0F) | 0x40);
     bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3F) | 0x80);
     guid->Data1 = static_cast<std::uint32_t>(bytes[0]) << 24 | static_cast<std::uint32_t>(bytes[1]) << 16 |

@@ -7,7 +7,7 @@
 namespace KAXML {
 
 /// The value as a primitive one, or null. Asked for every value of every instance: an object of the
-/// library's own class is told by its type alone, which takes a tenth of a dynamic_cast.
+/// library's own class is told by its type alone, without a dynamic_cast.
 inline CKaValue* AsPrimitive(KaValueBase* value) noexcept {
     if (value == nullptr)
         return nullptr;
