@@ -108,5 +108,37 @@ TEST_F(SchemaReferences, ThatFormACycleAreRefused) {
     }
 }
 
+TEST_F(SchemaReferences, NestAThousandFilesDeepAndLeadToTenThousandReadings) {
+    const auto name = [](int level) { return "S" + std::to_string(level); };
+    const auto file = [](const std::string& schema) { return schema + ".01.00.kaschema.xml"; };
+    for (int level = 0; level <= 1000; ++level)
+        Write(file(name(level)), name(level), level == 0 ? "" : name(level - 1));
+    // The last file is the 1000th of the first chain.
+    const std::unique_ptr<CKaSchema> deepest = ReadModel(L"S999.01.00.kaschema.xml");
+    int depth = 1;
+    for (const CKaSchema* schema = deepest.get(); (schema = schema->GetReferencedSchema(0)) != nullptr;)
+        ++depth;
+    EXPECT_EQ(depth, 1000);
+    const auto expectRefusal = [](const wchar_t* path, const std::wstring& problem, const wchar_t* limit) {
+        CKaSchema schema(L"temporary", L"temporary", nullptr);
+        ExpectThrows<KAXMLRuntimeError>([&] { schema.ReadXML(path); }, L"KaSchema references " + problem + limit);
+        EXPECT_EQ(schema.GetReferencedSchema(0), nullptr);
+    };
+    const std::wstring current = WideFromUtf8(folder.Path().string());
+    expectRefusal(L"S1000.01.00.kaschema.xml", L"are nested too deep at '" + current + L"/S0.01.00.kaschema.xml'",
+                  L": the limit is 1000 files");
+    // Two files on each of 14 levels, each of which refers to both of the level below.
+    for (int level = 1; level <= 14; ++level)
+        for (const std::string& schema : {"L" + name(level), "R" + name(level)}) {
+            const std::string below = name(level - 1);
+            Write(file(schema), schema, "L" + below + "' prefix='l' version='1.0'/><KaSchemaReference name='R" + below);
+        }
+    for (const char* const schema : {"LS0", "RS0"})
+        Write(file(schema), schema);
+    expectRefusal(L"LS14.01.00.kaschema.xml", L"lead to too many files at '" + current + L"/LS0.01.00.kaschema.xml'",
+                  L": the limit is 10000 files");
+    EXPECT_EQ(ReadModel(L"LS11.01.00.kaschema.xml")->GetReferencedSchema(1)->SchemaName(), L"RS10");
+}
+
 } // namespace
 } // namespace KAXML::Test

@@ -17,7 +17,13 @@
 /// @endcode
 ///
 /// Text is wide. Failures are exceptions (see errors.h). Nothing depends on the process's locale,
-/// and no setting of the process is changed.
+/// and no setting of the process is changed; a call leaves errno as it was unless memory runs out.
+///
+/// Threads: a schema, with everything in it and the instances and values made for it, is used by one
+/// thread at a time; different threads may use different ones at once. Free functions and static
+/// operations may be called on any thread. What all threads share, the logging callback and the pool
+/// of recycled values, is guarded. The library reads environment variables, so no thread may set one
+/// while another is inside.
 
 #include <kaxml/kaschemaxml/instance/custom_attribute.h>
 #include <kaxml/kaschemaxml/instance/instance.h>

@@ -13,6 +13,8 @@ namespace KAXML {
 /// property->AddKaCustomAttribute(units.get());
 /// units.release();                      // the property owns it now
 /// @endcode
+///
+/// Used by one thread at a time, together with its schema, as any instance.
 class KAXML_API CKaCustomAttribute : public CKaInstance {
   public:
     /// @param kaClass  not null (KAXMLLogicError).

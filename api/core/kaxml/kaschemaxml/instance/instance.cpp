@@ -4,12 +4,12 @@
 #include <kaxml/kaschemaxml/instance/recycled_values.h>
 #include <kaxml/kaschemaxml/instance/value_kind.h>
 #include <kaxml/kaschemaxml/schema/class.h>
+#include <kaxml/kaschemaxml/schema/free_name.h>
 #include <kaxml/kaschemaxml/schema/model_copier.h>
 #include <kaxml/kaschemaxml/schema/property.h>
 #include <kaxml/kaschemaxml/schema/relationship_class.h>
 #include <kaxml/kaxml/core/arguments.h>
 #include <kaxml/kaxml/core/format.h>
-#include <kaxml/platform/numbers.h>
 
 #include <algorithm>
 #include <string_view>
@@ -33,11 +33,10 @@ bool HasName(const Values& values, const std::wstring& name) {
 
 // The name with the first number from 2 on that makes it unique.
 std::wstring NumberedName(const Values& values, const std::wstring& base) {
-    for (int counter = 2;; ++counter) {
-        std::wstring name = base + FormatInt(counter);
-        if (!HasName(values, name))
-            return name;
-    }
+    FreeName name(base, values.size());
+    for (const auto& value : values)
+        name.Exclude(value->PropertyName());
+    return name.Get();
 }
 
 // Gives primitive values back to the pool and deletes the others.

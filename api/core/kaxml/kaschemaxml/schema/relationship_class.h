@@ -18,6 +18,8 @@ class CKaRelationshipConstraint;
 /// feeds->m_targets.m_classNames = {L"Vessel", L"Column"};
 /// feeds->m_targets.m_keyVectors = {{L"Tag"}, {}};
 /// @endcode
+///
+/// Used by one thread at a time, together with its schema.
 class KAXML_API CKaRelationshipClass : public CKaClass {
   public:
     /// @copydoc CKaClass::CKaClass(const wchar_t*, CKaSchema*, CIDGenerationStrategy*)

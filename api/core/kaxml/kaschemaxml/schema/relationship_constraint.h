@@ -11,7 +11,8 @@ namespace KAXML {
 class IXMLDOMDocument2;
 class IXMLDOMNode;
 
-/// One end of a source/target pair of older schema files. Setters ignore null.
+/// One end of a source/target pair of older schema files. Setters ignore null. Used by one
+/// thread at a time.
 class KAXML_API CKaConstraint {
   public:
     CKaConstraint();
@@ -44,7 +45,7 @@ class KAXML_API CKaConstraint {
 };
 
 /// A source/target pair of older schema files; owns both ends, either may be null. Copies are
-/// deep.
+/// deep. Used by one thread at a time.
 class KAXML_API CKaRelationshipConstraint {
   public:
     CKaRelationshipConstraint();

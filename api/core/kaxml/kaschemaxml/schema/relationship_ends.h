@@ -11,7 +11,7 @@ class CKaRelationshipClass;
 ///
 /// The fields are open; none of them is checked until the schema is written. Copies are deep. A
 /// relationship class is the owner of the ends it holds, whatever is assigned to them; a copy on its
-/// own has the owner of its original.
+/// own has the owner of its original. Used by one thread at a time, together with its schema.
 class KAXML_API CKaSource : public CKaCommon {
   public:
     CKaSource();

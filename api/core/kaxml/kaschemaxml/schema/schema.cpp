@@ -6,8 +6,7 @@
 #include <kaxml/kaschemaxml/schema/relationship_class.h>
 #include <kaxml/kaxml/core/arguments.h>
 
-#include <algorithm>
-#include <new>
+#include <utility>
 
 namespace KAXML {
 
@@ -88,33 +87,24 @@ CKaSchema::~CKaSchema() {
 }
 
 // A schema that is referenced more than once below this one, in one list or on several levels, is
-// destroyed once: all are collected first and let go of each other.
+// destroyed once: all are collected first and let go of each other. The list leads through the
+// schemas themselves, for destroying must not need memory.
 void CKaSchema::DeleteReferencedSchemas() noexcept {
-    std::vector<std::unique_ptr<CKaSchema>> schemas;
-    try {
-        std::vector<const CKaSchema*> found = {this};
-        for (std::size_t next = 0; next < found.size(); ++next) {
-            const std::vector<CKaSchemaReference>& references = found[next]->m_references;
-            found.reserve(found.size() + references.size());
-            schemas.reserve(schemas.size() + references.size());
-            for (const CKaSchemaReference& reference : references) {
-                CKaSchema* const schema = reference.m_pKaSchema;
-                if (schema == nullptr || std::find(found.begin(), found.end(), schema) != found.end())
-                    continue;
-                found.push_back(schema);
-                schemas.emplace_back(schema);
-            }
+    CKaSchema* last = this;
+    for (CKaSchema* schema = this; schema != nullptr; schema = schema->m_nextToDelete) {
+        for (const CKaSchemaReference& reference : schema->m_references) {
+            CKaSchema* const found = reference.m_pKaSchema;
+            if (found == nullptr || found == this || found == last || found->m_nextToDelete != nullptr)
+                continue;
+            last->m_nextToDelete = found;
+            last = found;
         }
-    } catch (const std::bad_alloc&) {
-        // Without memory for the list it is not known what is shared: what was found is kept, not
-        // destroyed twice.
-        for (std::unique_ptr<CKaSchema>& schema : schemas)
-            static_cast<void>(schema.release());
-        schemas.clear();
-    }
-    for (const std::unique_ptr<CKaSchema>& schema : schemas)
         schema->m_references.clear();
-    m_references.clear();
+    }
+    for (CKaSchema* next = m_nextToDelete; next != nullptr;) {
+        const std::unique_ptr<CKaSchema> schema(next);
+        next = std::exchange(schema->m_nextToDelete, nullptr);
+    }
 }
 
 void CKaSchema::SetSchemaName(const wchar_t* name) { m_schemaName = RequireName(name, kSchemaNameKind); }

@@ -268,6 +268,7 @@ class KAXML_API CKaSchema : public CKaCommon {
     std::vector<CKaSchemaReference> m_references;
     std::vector<std::unique_ptr<CKaClass>> m_classes;
     std::vector<std::unique_ptr<CKaRelationshipClass>> m_relationshipClasses;
+    CKaSchema* m_nextToDelete = nullptr;
 };
 
 /// Walks a schema's own classes in order. Classes must not be added or removed meanwhile.

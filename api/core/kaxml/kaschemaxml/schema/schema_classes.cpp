@@ -1,9 +1,9 @@
 #include <kaxml/kaschemaxml/schema/format_names.h>
+#include <kaxml/kaschemaxml/schema/free_name.h>
 #include <kaxml/kaschemaxml/schema/property.h>
 #include <kaxml/kaschemaxml/schema/relationship_class.h>
 #include <kaxml/kaschemaxml/schema/schema.h>
 #include <kaxml/kaxml/core/arguments.h>
-#include <kaxml/platform/numbers.h>
 
 #include <algorithm>
 #include <string_view>
@@ -21,10 +21,12 @@ template <typename Class> bool HasName(const ClassList<Class>& classes, const st
 
 // The name itself, or with the first number from 2 on that makes it unique.
 template <typename Class> std::wstring UniqueName(const ClassList<Class>& classes, const std::wstring& base) {
-    std::wstring name = base;
-    for (int counter = 2; HasName(classes, name); ++counter)
-        name = base + FormatInt(counter);
-    return name;
+    if (!HasName(classes, base))
+        return base;
+    FreeName name(base, classes.size());
+    for (const auto& kaClass : classes)
+        name.Exclude(kaClass->TypeName());
+    return name.Get();
 }
 
 template <typename Class> void AddClass(ClassList<Class>& classes, Class* added) {

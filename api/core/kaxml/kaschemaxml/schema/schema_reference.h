@@ -13,6 +13,7 @@ class IXMLDOMNode;
 /// Names a schema that another one uses: its name, version ("01.02") and the prefix for its
 /// classes, with the schema itself once it is loaded. Copying and moving copy the pointer; the
 /// reference owns nothing. The schema whose list holds the reference owns the referenced schema.
+/// Used by one thread at a time, together with that schema.
 class KAXML_API CKaSchemaReference {
   public:
     /// Empty texts, no schema.

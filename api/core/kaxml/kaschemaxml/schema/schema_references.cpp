@@ -8,6 +8,8 @@
 
 #include <optional>
 #include <string_view>
+#include <unordered_set>
+#include <vector>
 
 namespace KAXML {
 
@@ -16,16 +18,31 @@ namespace {
 // The names of the schemas on the way from one schema to another along references, joined by
 // arrows; none when there is no way.
 std::optional<std::wstring> WayAlongReferences(CKaSchema& from, const CKaSchema& to) {
-    if (&from == &to)
-        return to.GetSchemaName();
-    CKaReferencedSchemaIterator references(&from);
-    for (const CKaSchemaReference* entry = references.Begin(); entry != nullptr; entry = references.Next()) {
-        if (entry->GetSchema() == nullptr)
+    struct Step {
+        explicit Step(CKaSchema& at) : schema(&at), references(&at), entry(references.Begin()) {}
+        CKaSchema* schema;
+        CKaReferencedSchemaIterator references;
+        const CKaSchemaReference* entry;
+    };
+    std::vector<Step> way{Step(from)};
+    std::unordered_set<const CKaSchema*> seen{nullptr, &from};
+    while (!way.empty() && way.back().schema != &to) {
+        Step& last = way.back();
+        if (last.entry == nullptr) {
+            way.pop_back();
             continue;
-        if (const std::optional<std::wstring> way = WayAlongReferences(*entry->GetSchema(), to))
-            return Concat(from.GetSchemaName(), L" -> ", *way);
+        }
+        CKaSchema* const next = last.entry->GetSchema();
+        last.entry = last.references.Next();
+        if (seen.insert(next).second)
+            way.emplace_back(*next);
     }
-    return std::nullopt;
+    if (way.empty())
+        return std::nullopt;
+    std::wstring names = from.GetSchemaName();
+    for (std::size_t i = 1; i < way.size(); ++i)
+        names += Concat(L" -> ", way[i].schema->GetSchemaName());
+    return names;
 }
 
 // A referenced schema of the same major version and a higher minor one serves for a lower one.

@@ -11,6 +11,9 @@ namespace {
 
 // Reading a referenced file happens inside the reading of the file that names it.
 constexpr int kLongestWay = 1000;
+// Every reference to a file reads it again, so a few files that refer to each other on many levels
+// would otherwise be read without end.
+constexpr int kMostFiles = 10000;
 
 } // namespace
 
@@ -20,7 +23,9 @@ SchemaDocument::SchemaDocument(const CKaSchema& schema, const std::wstring& path
 void SchemaDocument::RequireNotOnTheWayHere(const std::wstring& path) const {
     const std::wstring canonicalPath = CanonicalPath(path);
     int length = 0;
+    const SchemaDocument* first = this;
     for (const SchemaDocument* document = this; document != nullptr; document = document->m_referrer) {
+        first = document;
         if (document->m_canonicalPath == canonicalPath)
             throw KAXMLRuntimeError(
                 Concat(L"KaSchema references form a cycle: ", NamesFrom(document), document->m_schema.GetSchemaName()));
@@ -28,6 +33,9 @@ void SchemaDocument::RequireNotOnTheWayHere(const std::wstring& path) const {
             throw KAXMLRuntimeError(
                 Concat(L"KaSchema references are nested too deep at '", path, L"': the limit is 1000 files"));
     }
+    if (++first->m_filesBelow > kMostFiles)
+        throw KAXMLRuntimeError(
+            Concat(L"KaSchema references lead to too many files at '", path, L"': the limit is 10000 files"));
 }
 
 std::wstring SchemaDocument::NamesFrom(const SchemaDocument* first) const {

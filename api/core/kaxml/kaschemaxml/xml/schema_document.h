@@ -17,7 +17,8 @@ class SchemaDocument : public IXMLDOMDocument2 {
     SchemaDocument(const CKaSchema& schema, const std::wstring& path, const SchemaDocument* referrer);
 
     /// @throws KAXMLRuntimeError, naming the schemas, when this file is being read already, here or
-    ///         further up, or when the way has become longer than any real one.
+    ///         further up, when the way has become longer than any real one, or when the client's
+    ///         file has led to more files than any real one does.
     void RequireNotOnTheWayHere(const std::wstring& path) const;
 
   private:
@@ -26,6 +27,7 @@ class SchemaDocument : public IXMLDOMDocument2 {
     const CKaSchema& m_schema;
     std::wstring m_canonicalPath;
     const SchemaDocument* m_referrer;
+    mutable int m_filesBelow = 0; // counted in the client's document
 };
 
 } // namespace KAXML

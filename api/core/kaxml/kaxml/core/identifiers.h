@@ -34,7 +34,7 @@ KAXML_API void GenerateKaInstanceXMLIdentifier(const wchar_t* className, long nu
 KAXML_API void CreateTempFileName(const wchar_t* suffix, std::wstring& output);
 
 /// Makes identifiers for new instances. A class keeps the strategy it was constructed with; it
-/// neither owns nor calls it.
+/// neither owns nor calls it, so the threads that may use one are up to the derived class.
 class KAXML_API CIDGenerationStrategy {
   public:
     CIDGenerationStrategy() noexcept = default;

@@ -11,7 +11,8 @@
 
 namespace KAXML {
 
-/// The version of the library that is loaded, for example "0.1.0". Never null, lives for ever.
+/// The version of the library that is loaded, for example "0.1.0". Never null, lives for ever. May be
+/// called on any thread.
 KAXML_API const wchar_t* GetLibraryVersion() noexcept;
 
 } // namespace KAXML
