@@ -1,6 +1,8 @@
+#include "platform/test_support.h"
 #include "support/expectations.h"
 
 #include <kaxml/kaxml/core/tag_coding.h>
+#include <kaxml/kaxml/core/xml_escaping.h>
 
 namespace KAXML::Test {
 namespace {
@@ -42,9 +44,34 @@ TEST(Text, CodesNamesAsTagsAndBack) {
         DecodeFromValidXmlTag(name);
         EXPECT_EQ(name, decoded);
     }
-    std::u16string units = u"\U0001F600a"; // where a wide character has 16 bits
-    EncodeTag(units);
-    EXPECT_EQ(units, u"__xd83d____xde00__a");
+}
+
+template <typename Char> struct TextOfWidth : testing::Test {};
+using Widths = testing::Types<char16_t, char32_t, wchar_t>;
+TYPED_TEST_SUITE(TextOfWidth, Widths);
+
+TYPED_TEST(TextOfWidth, IsCodedAndEscapedByItsUnitsOf16Bits) {
+    const std::u32string cases[][3] = {
+        {U"\U0001F600a", U"__xd83d____xde00__a", U"??a"},
+        {U"a\U00010000\U0010FFFF", U"a__xd800____xdc00____xdbff____xdfff__", U"a????"},
+        {U"\u00E9 <\uFFFF", U"\u00E9__x0020____x003c____xffff__", U"&#xE9; &lt;?"},
+        {{'b', 0xDC00, 0xD800, '"'}, U"b__xdc00____xd800____x0022__", U"b??&quot;"},
+    };
+    for (const auto& [name, tag, escaped] : cases) {
+        auto text = TextOf<TypeParam>(name);
+        EXPECT_EQ(EscapeForXml(std::basic_string_view<TypeParam>(text)), TextOf<TypeParam>(escaped));
+        EXPECT_EQ(EncodeTag(text), 1);
+        EXPECT_EQ(text, TextOf<TypeParam>(tag));
+        EXPECT_EQ(DecodeTag(text), 1);
+        EXPECT_EQ(text, TextOf<TypeParam>(name));
+    }
+}
+
+TEST(Text, TakesValuesBeyondAllCharactersForNone) {
+    std::u32string text = {'a', 0x110000, 0xFFFFFFFF};
+    EXPECT_EQ(EscapeForXml(std::u32string_view(text)), U"a??");
+    EncodeTag(text);
+    EXPECT_EQ(text, U"a__xffff____xffff__");
 }
 
 } // namespace

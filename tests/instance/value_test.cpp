@@ -1,7 +1,6 @@
 #include "support/expectations.h"
 
 #include <cerrno>
-#include <clocale>
 #include <cmath>
 
 namespace KAXML::Test {
@@ -11,8 +10,6 @@ template <typename T> constexpr bool kReads = requires(const CKaValue& v, T* out
 static_assert(kReads<long> && kReads<double> && !kReads<int> && !kReads<float> && !kReads<unsigned long>);
 
 struct ValueTest : testing::Test {
-    ValueTest() { setlocale(LC_ALL, "de_DE.UTF-8"); } // where it is installed, its decimal point is a comma
-    ~ValueTest() override { setlocale(LC_ALL, "C"); }
     // Reads the text as a number, which is out of range when a type is given.
     template <typename Number>
     void ExpectRead(const std::wstring& text, Number expected, const wchar_t* outOf = nullptr) {

@@ -1,12 +1,16 @@
 #include <kaxml/platform/file.h>
 
+#include <kaxml/kaxml.h>
 #include <kaxml/platform/com_error.h>
 
 #include "platform/test_support.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace KAXML::Test {
 namespace {
@@ -29,12 +33,16 @@ std::wstring FailureOfReplacing(const fs::path& path, std::string_view bytes = "
     return L"";
 }
 
-// The calls fail in turn: the n-th of all that a save makes does.
+// The calls fail in turn: the n-th of all that a save makes does. Without an error number the process
+// is killed before it.
 int g_callsLeft;
 int g_error;
+std::size_t g_piece = 2;
 bool Fails() {
     errno = g_error;
-    return --g_callsLeft == 0;
+    if (--g_callsLeft == 0 && g_error == 0)
+        kill(getpid(), SIGKILL);
+    return g_callsLeft == 0;
 }
 
 const FileCalls kSystemCalls = CurrentFileCalls();
@@ -42,7 +50,7 @@ const FileCalls kFailingCalls{
     [](const char* path, int flags, unsigned mode) { return Fails() ? -1 : kSystemCalls.open(path, flags, mode); },
     [](int descriptor, const void* bytes, std::size_t count) {
         // Everything in small pieces, the failing call after some of them.
-        return Fails() ? std::ptrdiff_t{-1} : kSystemCalls.write(descriptor, bytes, std::min<std::size_t>(count, 2));
+        return Fails() ? std::ptrdiff_t{-1} : kSystemCalls.write(descriptor, bytes, std::min(count, g_piece));
     },
     [](int descriptor, unsigned mode) { return Fails() ? -1 : kSystemCalls.fchmod(descriptor, mode); },
     [](int descriptor) { return Fails() ? -1 : kSystemCalls.fsync(descriptor); },
@@ -51,6 +59,7 @@ const FileCalls kFailingCalls{
         return kSystemCalls.close(descriptor) != 0 || fails ? (errno = g_error, -1) : 0;
     },
     [](const char* from, const char* to) { return Fails() ? -1 : kSystemCalls.rename(from, to); },
+    kSystemCalls.read,
 };
 
 template <typename Run> auto WithFailingCall(int number, int error, Run run) {
@@ -133,6 +142,38 @@ TEST(ReplaceFile, LeavesEverythingAsItWasWhenAnyCallFails) {
         EXPECT_EQ(BytesOf(path), "new");
     }
     EXPECT_EQ(folder.FileCount(), 1u);
+}
+
+TEST(SchemaFile, IsTheOldOrTheNewOneWhenASaveIsKilled) {
+    const TemporaryFolder folder;
+    CKaSchema schema(L"Plant", L"pl", nullptr);
+    for (int number = 0; number < 1000; ++number)
+        schema.CreateKaClass((L"Pump" + std::to_wstring(number)).c_str(), L"text \u00E9", KA_DOMAIN_CLASS)
+            ->AddKaProperty(L"Flow", L"double", std::wstring(300, L'x'));
+    const auto save = [&] { return schema.WriteXML(Wide(folder / "file").c_str()); };
+    save();
+    const std::string newBytes = BytesOf(folder / "file");
+    g_piece = newBytes.size() / 192 + 1;
+    std::size_t killedBefore = 0; // the new file was in place
+    std::size_t kills = 0;
+    for (int status = SIGKILL; status == SIGKILL; ++kills) {
+        folder.Write("file", "old bytes");
+        const pid_t child = fork();
+        if (child == 0)
+            _exit(WithFailingCall(static_cast<int>(kills) + 1, 0, save));
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        const std::string bytes = BytesOf(folder / "file");
+        ASSERT_TRUE(bytes == newBytes || (bytes == "old bytes" && killedBefore == kills)) << kills;
+        killedBefore += bytes == newBytes ? 0 : 1;
+        ASSERT_TRUE(status == SIGKILL || status == 0);
+    }
+    EXPECT_GT(kills, 200u);
+    EXPECT_GT(kills - killedBefore, 1u);
+    // What the killed leave behind, all but the one that had no new file yet, is in nobody's way.
+    EXPECT_EQ(folder.FileCount(), killedBefore);
+    for (const auto& entry : fs::directory_iterator(folder.Path()))
+        EXPECT_TRUE(entry.path().filename() == "file" || entry.path().filename().string().starts_with(".kaxml-"));
+    g_piece = 2;
 }
 
 TEST(WriteNewPrivateFile, NeverFollowsOrOverwritesAndSaysWhatFailed) {

@@ -64,6 +64,14 @@ template <typename Run> void AtEverySliceSize(Run run) {
     }
 }
 
+/// The characters as text of one width.
+template <typename Char> std::basic_string<Char> TextOf(std::u32string_view characters) {
+    std::basic_string<Char> text;
+    for (const char32_t c : characters)
+        AppendCodePoint(text, c);
+    return text;
+}
+
 /// Does the same at every event.
 struct EveryEvent final : XmlEvents {
     void StartElement(const XmlName&, const XmlStartTag&) override { note(); }

@@ -1,27 +1,32 @@
-#include <kaxml/platform/wide_text.h>
+#include "platform/test_support.h"
 
-#include <gtest/gtest.h>
 #include <vector>
 
-namespace KAXML {
+namespace KAXML::Test {
 namespace {
 
 template <typename Char> struct WideText : testing::Test {
-    static std::vector<char32_t> Taken(const std::basic_string<Char>& text) {
+    using Text = std::basic_string<Char>;
+    using View = std::basic_string_view<Char>;
+
+    static std::vector<char32_t> Taken(const Text& text) {
         std::vector<char32_t> taken;
         for (const Char *p = text.data(), *end = p + text.size(); p != end;)
             taken.push_back(NextCodePoint(p, end));
         return taken;
     }
+    static std::string Utf8(const Text& text) {
+        std::string utf8;
+        AppendWideAsUtf8(utf8, View(text));
+        return utf8;
+    }
 };
-using Widths = testing::Types<char16_t, char32_t>;
+using Widths = testing::Types<char16_t, char32_t, wchar_t>;
 TYPED_TEST_SUITE(WideText, Widths);
 
 TYPED_TEST(WideText, TakesAndAppendsCharactersInEitherWidth) {
     const std::vector<char32_t> characters{'a', 0xE9, 0xFFFF, 0x10000, 0x1F642, 0x10FFFF};
-    std::basic_string<TypeParam> text;
-    for (const char32_t c : characters)
-        AppendCodePoint(text, c);
+    const auto text = TextOf<TypeParam>({characters.data(), characters.size()});
     EXPECT_EQ(text.size(), sizeof(TypeParam) == 2 ? 9u : 6u);
     EXPECT_EQ(this->Taken(text), characters);
     std::vector<char32_t> units;
@@ -32,7 +37,30 @@ TYPED_TEST(WideText, TakesAndAppendsCharactersInEitherWidth) {
         EXPECT_EQ(this->Taken({surrogates.begin(), surrogates.end()}), surrogates);
 }
 
-TEST(WideTextUtf8, DecodesAndReplacesMalformedBytes) {
+TYPED_TEST(WideText, IsCutBetweenCharactersOnly) {
+    const auto text = TextOf<TypeParam>(U"a\U0001F642\U00010000\xD800z");
+    const std::size_t lengths[2][8] = {{0, 1, 1, 3, 3, 5, 6, 7}, {0, 1, 2, 3, 4, 5, 5, 5}};
+    for (std::size_t limit = 0; limit < 8; ++limit)
+        EXPECT_EQ(WholeLength(std::basic_string_view<TypeParam>(text), limit),
+                  lengths[sizeof(TypeParam) == 2 ? 0 : 1][limit]);
+}
+
+TYPED_TEST(WideText, IsTakenInSlicesUpToWhatIsNoCharacter) {
+    for (const char32_t end : {0, 0xDC00, 0xD800}) {
+        const auto text = TextOf<TypeParam>(U"ab\u00E9\U0001F642\U0010FFFF\x7F\x80z") + static_cast<TypeParam>(end);
+        for (std::size_t limit = 1; limit < 10; ++limit) {
+            const TypeParam* next = text.c_str();
+            std::string utf8;
+            char32_t broken = 0;
+            while (broken == 0 && *next != TypeParam())
+                broken = TakeAsUtf8(utf8, next, limit);
+            EXPECT_EQ(utf8, "ab\u00E9\U0001F642\U0010FFFF\x7F\xC2\x80z");
+            EXPECT_EQ(broken, end);
+        }
+    }
+}
+
+TYPED_TEST(WideText, ComesFromUtf8AndReplacesMalformedBytes) {
     const struct {
         const char* utf8;
         std::u32string text;
@@ -46,13 +74,12 @@ TEST(WideTextUtf8, DecodesAndReplacesMalformedBytes) {
         {"a\xE9z\xE4\xB8", U"a\xFFFDz\xFFFD\xFFFD"},       // cut off
     };
     for (const auto& each : cases) {
-        std::wstring expected;
-        for (const char32_t c : each.text)
-            AppendCodePoint(expected, c);
-        EXPECT_EQ(WideFromUtf8(each.utf8), expected) << each.utf8;
-        EXPECT_EQ(WideFromUtf8(Utf8FromWide(expected)), expected);
+        std::basic_string<TypeParam> wide;
+        AppendUtf8AsWide(wide, each.utf8);
+        EXPECT_EQ(wide, TextOf<TypeParam>(each.text)) << each.utf8;
+        EXPECT_EQ(WideFromUtf8(this->Utf8(wide)), TextOf<wchar_t>(each.text));
     }
-    EXPECT_EQ(Utf8FromWide(std::wstring{L'a', static_cast<wchar_t>(0xD800), L'z'}), "a\xEF\xBF\xBDz");
+    EXPECT_EQ(this->Utf8({'a', static_cast<TypeParam>(0xD800), 'z'}), "a\xEF\xBF\xBDz");
     std::string refused;
     AppendUtf8(refused, 0xD800);
     AppendUtf8(refused, 0x110000);
@@ -60,4 +87,4 @@ TEST(WideTextUtf8, DecodesAndReplacesMalformedBytes) {
 }
 
 } // namespace
-} // namespace KAXML
+} // namespace KAXML::Test

@@ -1,9 +1,11 @@
 #include <kaxml/platform/environment.h>
 
+#include <kaxml/platform/system_error.h>
 #include <kaxml/platform/wide_text.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 namespace KAXML {
@@ -11,6 +13,7 @@ namespace KAXML {
 namespace {
 
 bool IsRegularFile(const std::wstring& path) {
+    const ErrnoKeeper keeper;
     std::error_code error;
     return std::filesystem::is_regular_file(std::filesystem::path(Utf8FromWide(path)), error);
 }
@@ -18,8 +21,11 @@ bool IsRegularFile(const std::wstring& path) {
 } // namespace
 
 bool GetCurrentDirectoryW(std::wstring& directory) {
+    const ErrnoKeeper keeper;
     std::error_code error;
     const std::filesystem::path current = std::filesystem::current_path(error);
+    if (error == std::errc::not_enough_memory)
+        throw std::bad_alloc();
     if (error)
         return false;
     directory = WideFromUtf8(current.native());

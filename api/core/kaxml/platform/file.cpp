@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -51,13 +52,9 @@ bool WriteAll(int descriptor, std::string_view bytes) {
     return true;
 }
 
-// The next part of a text, never ending between the two halves of a surrogate pair.
 std::wstring_view TakeSlice(std::wstring_view& text) {
-    std::size_t length = std::min(text.size(), kSlice);
-    if (sizeof(wchar_t) == 2 && length < text.size() && IsHighSurrogate(static_cast<char32_t>(text[length - 1])))
-        --length;
-    const std::wstring_view slice = text.substr(0, length);
-    text.remove_prefix(length);
+    const std::wstring_view slice = text.substr(0, WholeLength(text, kSlice));
+    text.remove_prefix(slice.size());
     return slice;
 }
 
@@ -101,6 +98,9 @@ FileCalls& CurrentFileCalls() noexcept {
         [](int descriptor) { return ::fsync(descriptor); },
         [](int descriptor) { return ::close(descriptor); },
         [](const char* from, const char* to) { return ::rename(from, to); },
+        [](int descriptor, void* bytes, std::size_t count) {
+            return static_cast<std::ptrdiff_t>(::read(descriptor, bytes, count));
+        },
     };
     return calls;
 }
@@ -130,7 +130,7 @@ std::ptrdiff_t InputFile::Read(char* buffer, std::size_t capacity, std::wstring&
     const ErrnoKeeper keeper;
     std::ptrdiff_t count;
     do {
-        count = read(m_descriptor, buffer, capacity);
+        count = CurrentFileCalls().read(m_descriptor, buffer, capacity);
     } while (count < 0 && errno == EINTR);
     if (count < 0)
         reason = FailureText(L"Cannot read", m_path, errno);
@@ -143,6 +143,8 @@ std::wstring CanonicalPath(const std::wstring& path) {
         return path;
     const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(Utf8FromWide(path).c_str(), nullptr),
                                                                &std::free);
+    if (resolved == nullptr && errno == ENOMEM)
+        throw std::bad_alloc();
     return resolved != nullptr ? WideFromUtf8(resolved.get()) : path;
 }
 

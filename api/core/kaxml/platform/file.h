@@ -40,8 +40,9 @@ std::wstring CanonicalPath(const std::wstring& path);
 /// @throws _com_error naming the path, the step that failed and the system's reason.
 void ReplaceFile(const std::wstring& path, std::string_view bytes);
 
-/// The system calls that saving makes, one by one, so that tests can fail each of them. Every
-/// member behaves as the POSIX call of its name; a negative result is a failure with errno set.
+/// The system calls that saving makes, and reading's own, one by one, so that tests can fail each of
+/// them. Every member behaves as the POSIX call of its name; a negative result is a failure with errno
+/// set.
 struct FileCalls {
     int (*open)(const char* path, int flags, unsigned mode);
     std::ptrdiff_t (*write)(int descriptor, const void* bytes, std::size_t count);
@@ -49,6 +50,7 @@ struct FileCalls {
     int (*fsync)(int descriptor);
     int (*close)(int descriptor);
     int (*rename)(const char* from, const char* to);
+    std::ptrdiff_t (*read)(int descriptor, void* bytes, std::size_t count);
 };
 
 /// The calls in use; a test may exchange them for its own and must put them back.

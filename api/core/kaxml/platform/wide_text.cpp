@@ -1,16 +1,25 @@
 #include <kaxml/platform/wide_text.h>
 
-#include <algorithm>
-
 namespace KAXML {
 
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
+char32_t Decode(const unsigned char* p, int length) noexcept {
+    switch (length) {
+    case 1:
+        return p[0];
+    case 2:
+        return static_cast<char32_t>((p[0] & 0x1F) << 6 | (p[1] & 0x3F));
+    case 3:
+        return static_cast<char32_t>((p[0] & 0x0F) << 12 | (p[1] & 0x3F) << 6 | (p[2] & 0x3F));
+    default:
+        return static_cast<char32_t>((p[0] & 0x07) << 18 | (p[1] & 0x3F) << 12 | (p[2] & 0x3F) << 6 | (p[3] & 0x3F));
+    }
+}
 
-// Length of the well-formed sequence at `p`, or 0. Overlong forms, surrogates and values above
-// U+10FFFF are not well formed.
-int SequenceLength(const unsigned char* p, const unsigned char* end) noexcept {
+} // namespace
+
+int Utf8SequenceLength(const unsigned char* p, const unsigned char* end) noexcept {
     const unsigned char lead = p[0];
     const auto left = end - p;
     const auto continues = [p](int i) { return (p[i] & 0xC0) == 0x80; };
@@ -35,37 +44,11 @@ int SequenceLength(const unsigned char* p, const unsigned char* end) noexcept {
     return 0;
 }
 
-char32_t Decode(const unsigned char* p, int length) noexcept {
-    switch (length) {
-    case 1:
-        return p[0];
-    case 2:
-        return static_cast<char32_t>((p[0] & 0x1F) << 6 | (p[1] & 0x3F));
-    case 3:
-        return static_cast<char32_t>((p[0] & 0x0F) << 12 | (p[1] & 0x3F) << 6 | (p[2] & 0x3F));
-    default:
-        return static_cast<char32_t>((p[0] & 0x07) << 18 | (p[1] & 0x3F) << 12 | (p[2] & 0x3F) << 6 | (p[3] & 0x3F));
-    }
-}
-
-} // namespace
-
-void AppendUtf8AsWide(std::wstring& wide, std::string_view utf8) {
-    const auto* p = reinterpret_cast<const unsigned char*>(utf8.data());
-    const auto* const end = p + utf8.size();
-    while (p != end) {
-        const auto* const asciiBegin = p;
-        while (p != end && *p < 0x80)
-            ++p;
-        const std::size_t begin = wide.size();
-        wide.resize(begin + static_cast<std::size_t>(p - asciiBegin));
-        std::copy(asciiBegin, p, wide.begin() + static_cast<std::ptrdiff_t>(begin));
-        if (p == end)
-            return;
-        const int length = SequenceLength(p, end);
-        AppendCodePoint(wide, length == 0 ? kReplacement : Decode(p, length));
-        p += length == 0 ? 1 : length;
-    }
+char32_t NextUtf8CodePoint(const unsigned char*& p, const unsigned char* end) noexcept {
+    const int length = Utf8SequenceLength(p, end);
+    const char32_t c = length == 0 ? 0xFFFD : Decode(p, length);
+    p += length == 0 ? 1 : length;
+    return c;
 }
 
 std::wstring WideFromUtf8(std::string_view utf8) {
@@ -101,12 +84,7 @@ void AppendUtf8(std::string& utf8, char32_t codePoint) {
 std::string Utf8FromWide(std::wstring_view wide) {
     std::string utf8;
     utf8.reserve(wide.size());
-    const wchar_t* p = wide.data();
-    const wchar_t* const end = p + wide.size();
-    while (p != end) {
-        const char32_t c = NextCodePoint(p, end);
-        AppendUtf8(utf8, IsSurrogate(c) || c > 0x10FFFF ? kReplacement : c);
-    }
+    AppendWideAsUtf8(utf8, wide);
     return utf8;
 }
 

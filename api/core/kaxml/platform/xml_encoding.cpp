@@ -48,7 +48,7 @@ std::string AsciiText(std::string_view bytes, const Family& family) {
                 return text;
         }
         const char letter = bytes[family.letter];
-        if (static_cast<unsigned char>(letter) >= 0x80)
+        if (letter == '\0' || static_cast<unsigned char>(letter) >= 0x80)
             return text;
         text += letter;
     }
@@ -180,6 +180,12 @@ void RefuseEndlessDeclaration(XmlEncoding& encoding, const std::string& text) {
     encoding.textBeforeRefusal = text;
 }
 
+// Without a mark and a name, what looks like another encoding is no text of this one.
+void RefuseUnnamedEncoding(XmlEncoding& encoding, bool isMarked) {
+    if (!isMarked && !encoding.name.empty() && encoding.refusal.empty())
+        encoding.refusal = L"The file has no byte order mark and names no encoding, and it is no text in 'UTF-8'";
+}
+
 } // namespace
 
 XmlEncoding DetectEncoding(std::string_view head) {
@@ -195,8 +201,10 @@ XmlEncoding DetectEncoding(std::string_view head) {
     const std::optional<std::string_view> declared = DeclaredEncoding(text);
     if (!declared && fillsHead)
         RefuseEndlessDeclaration(encoding, text);
-    if (!declared)
+    if (!declared) {
+        RefuseUnnamedEncoding(encoding, isMarked);
         return encoding;
+    }
     if (!IsEncodingName(*declared))
         Refuse(encoding, text, *declared, L"is no encoding's name");
     else if (NamesFamily(UpperCase(*declared), family))

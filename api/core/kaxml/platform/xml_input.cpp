@@ -68,45 +68,11 @@ class WideInput final : public SlicedInput {
 
   private:
     void MakeSlice(std::string& utf8) override {
-        std::size_t left = InputSliceSize();
-        while (left > 0 && *m_next != L'\0') {
-            const std::size_t asciiLength = AsciiLength(left);
-            AppendAscii(utf8, asciiLength);
-            left -= asciiLength;
-            if (left > 0 && *m_next != L'\0') {
-                --left;
-                if (!AppendOther(utf8))
-                    return;
-            }
-        }
-        if (*m_next == L'\0')
+        const char32_t broken = TakeAsUtf8(utf8, m_next, InputSliceSize());
+        if (broken != 0)
+            Break(utf8, L"The text holds " + CodePointName(broken) + L", which is no character");
+        else if (*m_next == L'\0')
             End();
-    }
-
-    std::size_t AsciiLength(std::size_t limit) const noexcept {
-        std::size_t length = 0;
-        while (length < limit && static_cast<char32_t>(m_next[length]) - 1 < 0x7F)
-            ++length;
-        return length;
-    }
-
-    void AppendAscii(std::string& utf8, std::size_t length) {
-        const std::size_t begin = utf8.size();
-        utf8.resize(begin + length);
-        std::transform(m_next, m_next + length, utf8.begin() + static_cast<std::ptrdiff_t>(begin),
-                       [](wchar_t c) { return static_cast<char>(c); });
-        m_next += length;
-    }
-
-    bool AppendOther(std::string& utf8) {
-        // Behind any unit before the closing null there is one more to look at.
-        const char32_t c = NextCodePoint(m_next, m_next + 2);
-        if (IsSurrogate(c) || c > 0x10FFFF) {
-            Break(utf8, L"The text holds " + CodePointName(c) + L", which is no character");
-            return false;
-        }
-        AppendUtf8(utf8, c);
-        return true;
     }
 
     const wchar_t* m_next;

@@ -2,12 +2,14 @@
 
 #include <kaxml/platform/numbers.h>
 #include <kaxml/platform/wide_text.h>
+#include <kaxml/platform/xml_name.h>
 
 #include <array>
 #include <cstdint>
 #include <cstring>
 #include <exception>
 #include <libxml/parser.h>
+#include <libxml/parserInternals.h>
 #include <libxml/xmlerror.h>
 #include <new>
 #include <unordered_map>
@@ -25,6 +27,15 @@ std::string_view View(const xmlChar* text) noexcept {
 
 std::string_view View(const xmlChar* text, int length) noexcept {
     return std::string_view(Chars(text), static_cast<std::size_t>(length));
+}
+
+std::wstring MessageOf(const xmlError& error) {
+    if (error.code == XML_ERR_CDATA_NOT_FINISHED) // libxml2 has no text for some of these
+        return L"The CDATA section is not closed";
+    std::wstring message = error.message != nullptr ? WideFromUtf8(error.message) : std::wstring();
+    while (!message.empty() && message.back() == L'\n')
+        message.pop_back();
+    return message;
 }
 
 // The names of one parse. libxml2 keeps one copy of every name and namespace, so three pointers
@@ -123,6 +134,10 @@ struct FreeContext {
     }
 };
 
+struct FreeBuffer {
+    void operator()(xmlParserInputBuffer* buffer) const noexcept { xmlFreeParserInputBuffer(buffer); }
+};
+
 // One parse: libxml2's callbacks, which let no exception through.
 class Parse {
   public:
@@ -135,6 +150,7 @@ class Parse {
 
     static int OnRead(void* self, char* buffer, int capacity) noexcept;
     static void OnError(void* self, xmlError* error) noexcept;
+    static void OnDeclaration(void* self) noexcept;
     static void OnDocumentType(void* self, const xmlChar* name, const xmlChar* publicId,
                                const xmlChar* systemId) noexcept;
     static void OnStartElement(void* self, const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
@@ -146,13 +162,18 @@ class Parse {
     static void OnComment(void* self, const xmlChar* text) noexcept;
     static void OnInstruction(void* self, const xmlChar* target, const xmlChar* data) noexcept;
 
+    void Open();
     template <typename Call> void Guard(Call call) noexcept;
+    template <typename Call> void Attempt(Call call) noexcept;
     template <typename Call> void Deliver(Call call) noexcept;
     void Refuse(std::wstring message);
     void Silence() noexcept;
     void TakeError(const xmlError& error);
     bool IsAtBreak() const noexcept;
+    std::wstring WhatXmlCannotHold() const;
+    void CheckDeclaration() const;
     void CheckEnd();
+    void CheckSizes(int attributeCount) const;
 
     XmlInput& m_input;
     XmlEvents& m_events;
@@ -161,12 +182,14 @@ class Parse {
     std::optional<XmlError> m_error;
     std::exception_ptr m_exception;
     bool m_isStopped = false;
+    bool m_isInputRead = false;
     std::unique_ptr<xmlParserCtxt, FreeContext> m_context;
 };
 
 xmlSAXHandler Parse::Callbacks() noexcept {
     xmlSAXHandler callbacks{};
     callbacks.initialized = XML_SAX2_MAGIC;
+    callbacks.startDocument = OnDeclaration;
     callbacks.internalSubset = OnDocumentType;
     callbacks.startElementNs = OnStartElement;
     callbacks.endElementNs = OnEndElement;
@@ -180,11 +203,13 @@ xmlSAXHandler Parse::Callbacks() noexcept {
     return callbacks;
 }
 
-Parse::Parse(XmlInput& input, XmlEvents& events) : m_input(input), m_events(events) {
-    xmlSAXHandler callbacks = Callbacks();
-    m_context.reset(xmlCreateIOParserCtxt(&callbacks, this, OnRead, nullptr, this, XML_CHAR_ENCODING_UTF8));
+Parse::Parse(XmlInput& input, XmlEvents& events) : m_input(input), m_events(events), m_context(xmlNewParserCtxt()) {
     if (m_context == nullptr)
         throw std::bad_alloc();
+    // Only from here on are errors reported to this object.
+    *m_context->sax = Callbacks();
+    m_context->userData = this;
+    Open();
     // Without XML_PARSE_NOENT the ampersand of an attribute's value would arrive as a reference. There
     // are no other entities to replace: without a document type declaration none is ever declared.
     xmlCtxtUseOptions(m_context.get(), XML_PARSE_HUGE | XML_PARSE_IGNORE_ENC | XML_PARSE_NONET | XML_PARSE_NOENT);
@@ -193,6 +218,19 @@ Parse::Parse(XmlInput& input, XmlEvents& events) : m_input(input), m_events(even
     // parse, on standard error.
     m_context->encoding = xmlStrdup(reinterpret_cast<const xmlChar*>("UTF-8"));
     if (m_context->encoding == nullptr)
+        throw std::bad_alloc();
+}
+
+void Parse::Open() {
+    std::unique_ptr<xmlParserInputBuffer, FreeBuffer> buffer(
+        xmlParserInputBufferCreateIO(OnRead, nullptr, this, XML_CHAR_ENCODING_UTF8));
+    if (buffer == nullptr)
+        throw std::bad_alloc();
+    xmlParserInput* const input = xmlNewIOInputStream(m_context.get(), buffer.get(), XML_CHAR_ENCODING_UTF8);
+    if (input == nullptr)
+        throw std::bad_alloc();
+    static_cast<void>(buffer.release());
+    if (inputPush(m_context.get(), input) < 0)
         throw std::bad_alloc();
 }
 
@@ -207,11 +245,22 @@ std::optional<XmlError> Parse::Run() {
     return std::move(m_error);
 }
 
+// libxml2 counts two entries for a declaration.
+void Parse::CheckSizes(int attributeCount) const {
+    const auto require = [](int count, int limit, const wchar_t* what) {
+        if (count > limit)
+            throw XmlRefusal{L"The document has more than " + FormatInt(limit) + what};
+    };
+    require(attributeCount, kMaxAttributes, L" attributes in one element");
+    require(m_context->nsNr / 2, kMaxDeclarations, L" namespace declarations in force");
+    require(xmlDictSize(m_context->dict), kMaxNames, L" different names");
+}
+
 // libxml2 takes a null character for the end of its input.
 void Parse::CheckEnd() {
     const xmlParserInput* const input = m_context->input;
     if (input != nullptr && input->cur != nullptr && input->cur < input->end)
-        Refuse(L"The document holds a null character");
+        Refuse(WhatXmlCannotHold());
 }
 
 // No further event gets through, and the parser soon finds its input at an end. Stopping it at
@@ -236,9 +285,7 @@ template <typename Call> void Parse::Guard(Call call) noexcept {
     }
 }
 
-template <typename Call> void Parse::Deliver(Call call) noexcept {
-    if (m_isStopped)
-        return;
+template <typename Call> void Parse::Attempt(Call call) noexcept {
     Guard([&] {
         try {
             call();
@@ -247,6 +294,12 @@ template <typename Call> void Parse::Deliver(Call call) noexcept {
             Silence();
         }
     });
+}
+
+template <typename Call> void Parse::Deliver(Call call) noexcept {
+    if (m_isStopped)
+        return;
+    Attempt(call);
     if (m_isStopped)
         xmlStopParser(m_context.get());
 }
@@ -254,8 +307,15 @@ template <typename Call> void Parse::Deliver(Call call) noexcept {
 int Parse::OnRead(void* self, char* buffer, int capacity) noexcept {
     Parse& parse = Of(self);
     int count = 0;
-    if (!parse.m_isStopped)
-        parse.Guard([&] { count = static_cast<int>(parse.m_input.Read(buffer, static_cast<std::size_t>(capacity))); });
+    if (parse.m_isStopped)
+        return 0;
+    parse.Attempt([&] {
+        // Within a start tag there is no other place to stop at. Room for attributes, five entries
+        // each, doubles when it is full.
+        parse.CheckSizes(parse.m_context->maxatts / 10 - 10);
+        count = static_cast<int>(parse.m_input.Read(buffer, static_cast<std::size_t>(capacity)));
+    });
+    parse.m_isInputRead = count < capacity;
     return count;
 }
 
@@ -275,13 +335,9 @@ void Parse::TakeError(const xmlError& error) {
         Refuse(m_input.Failure());
         return;
     }
-    if (error.code == XML_ERR_INVALID_ENCODING) {
-        Refuse(L"The bytes are no text in the encoding 'UTF-8'");
-        return;
-    }
-    std::wstring message = error.message != nullptr ? WideFromUtf8(error.message) : std::wstring();
-    while (!message.empty() && message.back() == L'\n')
-        message.pop_back();
+    std::wstring message = WhatXmlCannotHold();
+    if (message.empty())
+        message = MessageOf(error);
     Refuse(std::move(message));
 }
 
@@ -294,11 +350,47 @@ bool Parse::IsAtBreak() const noexcept {
     std::string_view rest(Chars(input->cur), static_cast<std::size_t>(input->end - input->cur - 1));
     if (!rest.empty() && rest.front() == '<')
         rest.remove_prefix(1);
-    for (const std::string_view markup : {"![CDATA[", "!--", "!DOCTYPE", "-->", "/>"}) {
+    for (const std::string_view markup :
+         {"![CDATA[", "!--", "!DOCTYPE", "-->", "/>", "version", "encoding", "standalone", "?>"}) {
         if (markup.starts_with(rest))
             return true;
     }
     return false;
+}
+
+// Tells of bytes or a character at which the parser stands and that no document may hold; empty
+// without them. What the parser itself says of them depends on what it was looking for.
+std::wstring Parse::WhatXmlCannotHold() const {
+    const xmlParserInput* const input = m_context->input;
+    if (input == nullptr || input->cur == input->end)
+        return {};
+    const xmlChar* at = input->cur;
+    if (Utf8SequenceLength(at, input->end) == 0) {
+        const bool isWhole = m_isInputRead || input->end - at >= 4;
+        return isWhole ? L"The bytes are no text in the encoding 'UTF-8'" : L"";
+    }
+    const char32_t c = NextUtf8CodePoint(at, input->end);
+    return IsXmlCharacter(c) ? std::wstring() : L"XML cannot hold the character " + CodePointName(c);
+}
+
+// Two malformed kinds of XML declaration pass libxml2. All else about it has been judged by now, and
+// the input begins with it.
+void Parse::CheckDeclaration() const {
+    if (View(m_context->version).ends_with('.'))
+        throw XmlRefusal{L"The XML declaration's version has no digit behind its full stop"};
+    const xmlParserInput& input = *m_context->input;
+    const std::string_view text = View(input.base, static_cast<int>(input.cur - input.base));
+    const char* const quotes = "'\"";
+    for (std::size_t at = text.find_first_of(quotes); at != text.npos; at = text.find_first_of(quotes, at + 1)) {
+        at = text.find(text[at], at + 1);
+        if (text.find_first_of("? \t\n\r", at + 1) != at + 1)
+            throw XmlRefusal{L"The XML declaration lacks a space between two of its parts"};
+    }
+}
+
+void Parse::OnDeclaration(void* self) noexcept {
+    Parse& parse = Of(self);
+    parse.Deliver([&] { parse.CheckDeclaration(); });
 }
 
 void Parse::OnDocumentType(void* self, const xmlChar*, const xmlChar*, const xmlChar*) noexcept {
@@ -310,6 +402,7 @@ void Parse::OnStartElement(void* self, const xmlChar* local, const xmlChar* pref
                            const xmlChar** attributes) noexcept {
     Parse& parse = Of(self);
     parse.Deliver([&] {
+        parse.CheckSizes(attributeCount);
         const XmlName& name = parse.m_names.Find(local, prefix, uri);
         parse.m_openElements.push_back(&name);
         const StartTag tag(parse.m_names, declarationCount, declarations, attributeCount, attributes);

@@ -77,4 +77,12 @@ inline constexpr int kMaxNesting = 1000;
 /// The message of a document refused for its nesting.
 std::wstring NestingRefusal();
 
+/// What the parser under this interface compares each with each, or keeps until the end of the
+/// parse, is limited to what no real document comes near: the attributes of one element, the
+/// namespace declarations in force at one place, and the different names of a document, prefixes
+/// and namespace names among them.
+inline constexpr int kMaxAttributes = 100'000;
+inline constexpr int kMaxDeclarations = 10'000;
+inline constexpr int kMaxNames = 250'000;
+
 } // namespace KAXML

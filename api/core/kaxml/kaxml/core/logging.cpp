@@ -1,5 +1,7 @@
 #include <kaxml/kaxml/core/log_message.h>
 
+#include <kaxml/platform/wide_text.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cwchar>
@@ -25,10 +27,8 @@ void LogMessage(LOG_SEV severity, const wchar_t* category, const wchar_t* text) 
         return;
     // A buffer of the call's own: the callback may log in turn, on this or another thread.
     wchar_t buffer[kLogBufferSize];
-    std::size_t length = 0;
-    for (; length < kLogBufferSize - 1 && text[length] != L'\0'; ++length)
-        buffer[length] = text[length];
-    buffer[length] = L'\0';
+    const std::wstring_view whole(text);
+    buffer[whole.copy(buffer, WholeLength(whole, kLogBufferSize - 1))] = L'\0';
     try {
         callback(std::min(severity, LOG_ERROR), category == nullptr ? L"?" : category, buffer);
     } catch (...) { // NOLINT(bugprone-empty-catch): logging never disturbs what logged
