@@ -12,22 +12,20 @@ struct FakeHandler final : StateHandler {
     FakeHandler(const char* its, std::string& log, int itsAnswer = 0, std::unique_ptr<StateHandler> itsNext = nullptr)
         : StateHandler(nullptr, L""), name(its), calls(log), answer(itsAnswer), next(std::move(itsNext)) {}
     ~FakeHandler() override { calls += "~" + name + " "; }
-    START_ACTION StartElement(const wchar_t* uri, const wchar_t* local, const wchar_t* qName, XMLAttributes& attributes,
+    START_ACTION StartElement(const ElementName& element, XMLAttributes& attributes,
                               std::unique_ptr<StateHandler>& nextHandler) override {
         std::wstring value;
         attributes.GetValue(L"x", value);
-        return static_cast<START_ACTION>(Note("<" + Narrow(value), uri, local, qName, nextHandler));
+        return static_cast<START_ACTION>(Note("<" + Narrow(value), element, nextHandler));
     }
     void Characters(const wchar_t* text, std::size_t length) override {
         calls += name + ":" + Narrow(std::wstring_view(text, length));
     }
-    END_ACTION EndElement(const wchar_t* uri, const wchar_t* local, const wchar_t* qName,
-                          std::unique_ptr<StateHandler>& nextHandler) override {
-        return static_cast<END_ACTION>(Note(">", uri, local, qName, nextHandler));
+    END_ACTION EndElement(const ElementName& element, std::unique_ptr<StateHandler>& nextHandler) override {
+        return static_cast<END_ACTION>(Note(">", element, nextHandler));
     }
-    int Note(const std::string& tag, const std::wstring& uri, const wchar_t* local, const wchar_t* qName,
-             std::unique_ptr<StateHandler>& nextHandler) {
-        EXPECT_EQ(uri + L"|" + local + L"|" + qName, L"u|b|p:b");
+    int Note(const std::string& tag, const ElementName& element, std::unique_ptr<StateHandler>& nextHandler) {
+        EXPECT_TRUE(element.namespaceUri == L"u" && element.localName == L"b" && element.qName == L"p:b");
         EXPECT_EQ(nextHandler, nullptr);
         nextHandler = std::move(next);
         calls += name + tag + " ";

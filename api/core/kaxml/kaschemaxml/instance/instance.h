@@ -118,7 +118,7 @@ class KAXML_API CKaInstance {
   private:
     friend class ModelCopier;
 
-    friend class PropertiesHandler;
+    friend class InstanceFiller;
 
     template <typename Value> void SetPrimitive(const wchar_t* name, const Value& value);
     void SetText(CKaProperty* property, const wchar_t* name, const std::wstring& text);

@@ -15,6 +15,8 @@ namespace KAXML {
 
 namespace {
 
+constexpr std::size_t kLargestKept = 16384;
+
 struct Pool {
     ThreadLock lock;
     std::vector<std::unique_ptr<CKaValue>> s_recycledValues;
@@ -99,6 +101,9 @@ void RecycledValues::Recycle(CKaValue* value) {
 
 void RecycledValues::Drop(CKaValue* value) noexcept {
     std::unique_ptr<CKaValue> dropped(value);
+    // The pool would hold the room of every large text that ever passed through an instance.
+    if (value->Value().capacity() > kLargestKept)
+        std::wstring().swap(value->Value());
     try {
         TakeOver(value);
         static_cast<void>(dropped.release());

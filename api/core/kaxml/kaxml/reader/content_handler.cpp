@@ -10,6 +10,13 @@ namespace {
 // Blanks belong to a value; what only lays out the document does not.
 bool IsTrimmed(wchar_t c) noexcept { return c == L'\t' || c == L'\n' || c == L'\r'; }
 
+ElementName MakeName(const wchar_t* uri, int uriLength, const wchar_t* localName, int localNameLength,
+                     const wchar_t* qName, int qNameLength) noexcept {
+    return {{uri, static_cast<std::size_t>(uriLength)},
+            {localName, static_cast<std::size_t>(localNameLength)},
+            {qName, static_cast<std::size_t>(qNameLength)}};
+}
+
 } // namespace
 
 CKAXMLSAXContentHandler::CKAXMLSAXContentHandler(CKaSchema* schema, void* context, const ParseCallbacks& callbacks,
@@ -40,14 +47,16 @@ StateHandler& CKAXMLSAXContentHandler::Top(const wchar_t* operation) const {
     return *top;
 }
 
-HRESULT CKAXMLSAXContentHandler::raw_startElement(const wchar_t* uri, int, const wchar_t* localName, int,
-                                                  const wchar_t* qName, int, ISAXAttributes* attributeList) {
+HRESULT CKAXMLSAXContentHandler::raw_startElement(const wchar_t* uri, int uriLength, const wchar_t* localName,
+                                                  int localNameLength, const wchar_t* qName, int qNameLength,
+                                                  ISAXAttributes* attributeList) {
     Top(L"raw_startElement");
     XMLAttributes attributes(attributeList);
+    const ElementName name = MakeName(uri, uriLength, localName, localNameLength, qName, qNameLength);
     for (;;) {
         StateHandler& top = Top(L"raw_startElement");
         std::unique_ptr<StateHandler> next;
-        const START_ACTION action = top.StartElement(uri, localName, qName, attributes, next);
+        const START_ACTION action = top.StartElement(name, attributes, next);
         switch (action) {
         case STATUSQUO:
             if (next)
@@ -68,12 +77,13 @@ HRESULT CKAXMLSAXContentHandler::raw_startElement(const wchar_t* uri, int, const
     }
 }
 
-HRESULT CKAXMLSAXContentHandler::raw_endElement(const wchar_t* uri, int, const wchar_t* localName, int,
-                                                const wchar_t* qName, int) {
+HRESULT CKAXMLSAXContentHandler::raw_endElement(const wchar_t* uri, int uriLength, const wchar_t* localName,
+                                                int localNameLength, const wchar_t* qName, int qNameLength) {
+    const ElementName name = MakeName(uri, uriLength, localName, localNameLength, qName, qNameLength);
     for (;;) {
         StateHandler& top = Top(L"raw_endElement");
         std::unique_ptr<StateHandler> next;
-        const END_ACTION action = top.EndElement(uri, localName, qName, next);
+        const END_ACTION action = top.EndElement(name, next);
         switch (action) {
         case NOCHANGE:
             if (next)

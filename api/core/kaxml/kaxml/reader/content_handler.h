@@ -1,6 +1,7 @@
 #pragma once
 
 #include <kaxml/kaxml/reader/default_handlers.h>
+#include <kaxml/kaxml/reader/known_properties.h>
 #include <kaxml/kaxml/reader/parse.h>
 #include <kaxml/kaxml/reader/spare_strings.h>
 #include <kaxml/kaxml/reader/state_handler.h>
@@ -47,6 +48,9 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
     void EnterStruct();
     void LeaveStruct() noexcept { --m_openStructs; }
 
+    /// The properties that the document has named.
+    KnownProperties& Properties() noexcept { return m_properties; }
+
     /// The room that handlers pass on to each other.
     SpareStrings& Strings() noexcept { return m_spareStrings; }
 
@@ -63,6 +67,7 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
     ParseCallbacks m_callbacks;
     void* m_context;
     int m_openStructs = 0;
+    KnownProperties m_properties;
 };
 
 } // namespace KAXML

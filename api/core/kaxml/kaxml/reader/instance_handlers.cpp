@@ -12,10 +12,8 @@ namespace KAXML {
 
 namespace {
 
-constexpr wchar_t kRootElement[] = L"KaInstanceXML";
-constexpr wchar_t kProjectElement[] = L"Project";
-
-bool Equal(const wchar_t* a, std::wstring_view b) { return a == b; }
+constexpr const wchar_t* kRootElement = L"KaInstanceXML";
+constexpr std::wstring_view kProjectElement = L"Project";
 
 // Where an instance element's id may stand; the first present wins.
 constexpr const wchar_t* kIdAttributes[] = {L"id", L"instanceID", L"instanceId"};
@@ -28,20 +26,20 @@ KaInstanceXMLHandler::KaInstanceXMLHandler(CKAXMLSAXContentHandler* saxHandler) 
     m_pSaxHandler = saxHandler;
 }
 
-START_ACTION KaInstanceXMLHandler::StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t*,
-                                                XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) {
-    if (!Equal(localName, kRootElement)) {
+START_ACTION KaInstanceXMLHandler::StartElement(const ElementName& name, XMLAttributes& attributes,
+                                                std::unique_ptr<StateHandler>& nextHandler) {
+    if (name.localName != kRootElement) {
         nextHandler = std::make_unique<IgnoringElement>(this);
         return PUSH_UNHANDLED;
     }
-    TrackStart(localName);
-    BeginParse(namespaceUri, attributes);
+    TrackStart(name.localName);
+    BeginParse(name.namespaceUri, attributes);
     nextHandler = std::make_unique<InstanceHandler>(this);
     return PUSH;
 }
 
-void KaInstanceXMLHandler::BeginParse(const wchar_t* namespaceUri, XMLAttributes& attributes) {
-    if (!Equal(namespaceUri, KAXML_NAMESPACE_URI))
+void KaInstanceXMLHandler::BeginParse(std::wstring_view namespaceUri, XMLAttributes& attributes) {
+    if (namespaceUri != KAXML_NAMESPACE_URI)
         throw KAXMLFormatError(Concat(L"Imported KaInstanceXML is unrecognized version. Expected version '",
                                       KAXML_NAMESPACE_URI, L"' but got version '", namespaceUri, L"'"));
     std::wstring scope;
@@ -52,9 +50,8 @@ void KaInstanceXMLHandler::BeginParse(const wchar_t* namespaceUri, XMLAttributes
         throw KAXMLRuntimeError(L"Error during kaInstanceXMLParseBegin callback");
 }
 
-END_ACTION KaInstanceXMLHandler::EndElement(const wchar_t*, const wchar_t* localName, const wchar_t*,
-                                            std::unique_ptr<StateHandler>&) {
-    TrackEnd(localName);
+END_ACTION KaInstanceXMLHandler::EndElement(const ElementName& name, std::unique_ptr<StateHandler>&) {
+    TrackEnd(name.localName);
     const CKAXMLSAXContentHandler& sax = GetSaxHandler();
     const kaInstanceXMLParseEnd end = sax.Callbacks().parseEnd;
     if (end != nullptr && end(sax.GetKaSchema(), sax.Context()) != 0)
@@ -65,20 +62,20 @@ END_ACTION KaInstanceXMLHandler::EndElement(const wchar_t*, const wchar_t* local
 InstanceHandler::InstanceHandler(StateHandler* parent) : StateHandler(parent, L"") {}
 InstanceHandler::~InstanceHandler() = default;
 
-START_ACTION InstanceHandler::StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t*,
-                                           XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) {
+START_ACTION InstanceHandler::StartElement(const ElementName& name, XMLAttributes& attributes,
+                                           std::unique_ptr<StateHandler>& nextHandler) {
     IKaInstanceFactory* const factory = GetSaxHandler().GetKaInstanceFactory();
     if (factory == nullptr)
         throw KAXMLRuntimeError(L"CKAXMLSAXContentHandler has NULL m_pKaInstanceFactory");
-    if (Equal(localName, kProjectElement)) {
-        NotifyProject(localName, &attributes, true);
+    if (name.localName == kProjectElement) {
+        NotifyProject(name.localName, &attributes, true);
         return STATUSQUO;
     }
-    m_pKaInstance.reset(factory->CreateKaInstance(namespaceUri, localName, &m_isRelationship));
+    m_pKaInstance.reset(factory->CreateKaInstance(name.namespaceUri.data(), name.localName.data(), &m_isRelationship));
     if (!m_pKaInstance)
-        return StartUnknown(localName, nextHandler);
-    TrackStart(localName);
-    SetId(localName, attributes);
+        return StartUnknown(name.localName, nextHandler);
+    TrackStart(name.localName);
+    SetId(name.localName, attributes);
     if (m_isRelationship != 0 && HandleKAXML20Relationship(attributes) == 0)
         nextHandler = std::make_unique<RelationshipHandler>(this, AsRelationship());
     else
@@ -86,17 +83,17 @@ START_ACTION InstanceHandler::StartElement(const wchar_t* namespaceUri, const wc
     return PUSH;
 }
 
-START_ACTION InstanceHandler::StartUnknown(const wchar_t* localName, std::unique_ptr<StateHandler>& nextHandler) {
+START_ACTION InstanceHandler::StartUnknown(std::wstring_view localName, std::unique_ptr<StateHandler>& nextHandler) {
     // A factory that knows nothing may still have touched the flag.
     m_isRelationship = 0;
     if (!GetSaxHandler().HasFlag(SKIP_UNRECOGNIZED_CLASSES))
         throw KAXMLRuntimeError(Concat(L"Unrecognized KaClass: ", localName));
-    LogFormatted(LOG_INFO, L"Skipping unrecognized KaClass <%s>", {localName});
+    LogFormatted(LOG_INFO, L"Skipping unrecognized KaClass <%s>", {localName.data()});
     nextHandler = std::make_unique<IgnoringElement>(this);
     return PUSH_UNHANDLED;
 }
 
-void InstanceHandler::SetId(const wchar_t* localName, XMLAttributes& attributes) {
+void InstanceHandler::SetId(std::wstring_view localName, XMLAttributes& attributes) {
     std::wstring& id = m_pKaInstance->InstanceID();
     for (const wchar_t* const name : kIdAttributes)
         if (attributes.GetValue(name, id) != 0)
@@ -122,20 +119,19 @@ KaRelationshipInstance* InstanceHandler::AsRelationship() const {
     return dynamic_cast<KaRelationshipInstance*>(m_pKaInstance.get());
 }
 
-void InstanceHandler::NotifyProject(const wchar_t* localName, XMLAttributes* attributes, bool isStart) {
+void InstanceHandler::NotifyProject(std::wstring_view localName, XMLAttributes* attributes, bool isStart) {
     const CKAXMLSAXContentHandler& sax = GetSaxHandler();
     const projectElementCallback project = sax.Callbacks().projectElement;
-    if (project != nullptr && project(sax.GetKaSchema(), sax.Context(), isStart, localName, attributes) != 0)
+    if (project != nullptr && project(sax.GetKaSchema(), sax.Context(), isStart, localName.data(), attributes) != 0)
         throw KAXMLRuntimeError(Concat(L"Error while parsing element <", localName, L">."));
 }
 
-END_ACTION InstanceHandler::EndElement(const wchar_t*, const wchar_t* localName, const wchar_t*,
-                                       std::unique_ptr<StateHandler>&) {
-    if (Equal(localName, kProjectElement)) {
-        NotifyProject(localName, nullptr, false);
+END_ACTION InstanceHandler::EndElement(const ElementName& name, std::unique_ptr<StateHandler>&) {
+    if (name.localName == kProjectElement) {
+        NotifyProject(name.localName, nullptr, false);
         return NOCHANGE;
     }
-    if (TrackEnd(localName) == POP_UNHANDLED)
+    if (TrackEnd(name.localName) == POP_UNHANDLED)
         return POP_UNHANDLED;
     const int result = HandOver();
     GetSaxHandler().IncrementImportedCount();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <kaxml/kaxml/reader/instance_filler.h>
 #include <kaxml/kaxml/reader/state_handler.h>
 
 /// @file
@@ -22,13 +23,12 @@ class KaInstanceXMLHandler : public StateHandler {
     /// @param saxHandler  not null (KAXMLInvalidArgument).
     explicit KaInstanceXMLHandler(CKAXMLSAXContentHandler* saxHandler);
 
-    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
-    END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                          std::unique_ptr<StateHandler>& nextHandler) override;
+    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+                              std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler) override;
 
   private:
-    void BeginParse(const wchar_t* namespaceUri, XMLAttributes& attributes);
+    void BeginParse(std::wstring_view namespaceUri, XMLAttributes& attributes);
 };
 
 /// Stands for one instance element at a time, and stays for all of them. Owns the instance being
@@ -38,19 +38,18 @@ class InstanceHandler : public StateHandler {
     explicit InstanceHandler(StateHandler* parent);
     ~InstanceHandler() override;
 
-    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
-    END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                          std::unique_ptr<StateHandler>& nextHandler) override;
+    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+                              std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler) override;
 
     /// Takes both ends from the element's attributes and returns 1, or returns 0 when either is
     /// missing. @throws KAXMLLogicError when the instance is no relationship.
     int HandleKAXML20Relationship(XMLAttributes& attributes);
 
   private:
-    START_ACTION StartUnknown(const wchar_t* localName, std::unique_ptr<StateHandler>& nextHandler);
-    void NotifyProject(const wchar_t* localName, XMLAttributes* attributes, bool isStart);
-    void SetId(const wchar_t* localName, XMLAttributes& attributes);
+    START_ACTION StartUnknown(std::wstring_view localName, std::unique_ptr<StateHandler>& nextHandler);
+    void NotifyProject(std::wstring_view localName, XMLAttributes* attributes, bool isStart);
+    void SetId(std::wstring_view localName, XMLAttributes& attributes);
     int HandOver();
     KaRelationshipInstance* AsRelationship() const;
 
@@ -65,17 +64,17 @@ class PropertiesHandler : public StateHandler {
     ///                  (KAXMLRuntimeError); not owned.
     PropertiesHandler(StateHandler* parent, CKaInstance* instance);
 
-    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
+    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+                              std::unique_ptr<StateHandler>& nextHandler) override;
     void Characters(const wchar_t* text, std::size_t length) override;
-    END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                          std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler) override;
 
   private:
-    START_ACTION StartUnknown(const wchar_t* localName, std::unique_ptr<StateHandler>& nextHandler);
+    START_ACTION StartUnknown(std::wstring_view localName, std::unique_ptr<StateHandler>& nextHandler);
 
     CKaInstance* m_pKaInstance;
     CKaProperty* m_pProperty = nullptr;
+    InstanceFiller m_filler;
 };
 
 /// Stays for all members of one array property element.
@@ -84,11 +83,10 @@ class ArrayHandler : public StateHandler {
     /// @param arrayValue  the array to fill; not null (KAXMLInvalidArgument); not owned.
     ArrayHandler(StateHandler* parent, KaArrayValue* arrayValue);
 
-    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
+    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+                              std::unique_ptr<StateHandler>& nextHandler) override;
     void Characters(const wchar_t* text, std::size_t length) override;
-    END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                          std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler) override;
 
   private:
     std::wstring m_memberElementName;
@@ -105,8 +103,8 @@ class StructHandler : public StateHandler {
     StructHandler(StateHandler* parent, KaStructValue* structValue);
     ~StructHandler() override;
 
-    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
+    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+                              std::unique_ptr<StateHandler>& nextHandler) override;
 
   private:
     CKaInstance* m_pKaInstance;
@@ -119,10 +117,9 @@ class RelationshipHandler : public StateHandler {
     /// @param relationship  not null (KAXMLInvalidArgument); not owned.
     RelationshipHandler(StateHandler* parent, KaRelationshipInstance* relationship);
 
-    START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                              XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler) override;
-    END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                          std::unique_ptr<StateHandler>& nextHandler) override;
+    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+                              std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler) override;
 
   private:
     int m_state;

@@ -63,7 +63,7 @@ typedef void (*parseErrorCallback)(const wchar_t* report, void* context);
 /// @}
 
 /// Decides which instance an element becomes. Implemented by the client; the library never
-/// destroys a factory.
+/// destroys a factory. It is called on the parsing thread.
 class KAXML_API IKaInstanceFactory {
   public:
     IKaInstanceFactory() noexcept = default;

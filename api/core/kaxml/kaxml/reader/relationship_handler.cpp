@@ -16,8 +16,8 @@ KaRelationshipInstance* RequireRelationship(KaRelationshipInstance* relationship
 }
 
 // The "href" of an end, which must be the element expected.
-std::wstring ReadHref(const wchar_t* localName, const wchar_t* expected, XMLAttributes& attributes) {
-    if (std::wstring_view(localName) != expected)
+std::wstring ReadHref(std::wstring_view localName, const wchar_t* expected, XMLAttributes& attributes) {
+    if (localName != expected)
         throw KAXMLFormatError(
             Concat(L"Found unexpected element '", localName, L"' while looking for '", expected, L"'"));
     std::wstring href;
@@ -31,19 +31,18 @@ std::wstring ReadHref(const wchar_t* localName, const wchar_t* expected, XMLAttr
 RelationshipHandler::RelationshipHandler(StateHandler* parent, KaRelationshipInstance* relationship)
     : StateHandler(parent, L""), m_state(expectsSource), m_pRelationship(RequireRelationship(relationship)) {}
 
-START_ACTION RelationshipHandler::StartElement(const wchar_t*, const wchar_t* localName, const wchar_t*,
-                                               XMLAttributes& attributes, std::unique_ptr<StateHandler>&) {
+START_ACTION RelationshipHandler::StartElement(const ElementName& name, XMLAttributes& attributes,
+                                               std::unique_ptr<StateHandler>&) {
     if (m_state == expectsSource)
-        m_pRelationship->SetSourceID(ReadHref(localName, L"KaSource", attributes).c_str());
+        m_pRelationship->SetSourceID(ReadHref(name.localName, L"KaSource", attributes).c_str());
     else if (m_state == expectsTarget)
-        m_pRelationship->SetTargetID(ReadHref(localName, L"KaTarget", attributes).c_str());
+        m_pRelationship->SetTargetID(ReadHref(name.localName, L"KaTarget", attributes).c_str());
     else
         throw KAXMLLogicError(L"RelationshipHandler::StartElement called with an invalid state");
     return STATUSQUO;
 }
 
-END_ACTION RelationshipHandler::EndElement(const wchar_t*, const wchar_t*, const wchar_t*,
-                                           std::unique_ptr<StateHandler>& nextHandler) {
+END_ACTION RelationshipHandler::EndElement(const ElementName&, std::unique_ptr<StateHandler>& nextHandler) {
     if (m_state == expectsSource) {
         m_state = expectsTarget;
         return NOCHANGE;

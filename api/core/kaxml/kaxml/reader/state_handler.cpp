@@ -11,6 +11,12 @@ namespace {
 // Ordinary names and values fit without the strings growing.
 constexpr std::size_t kReservedCharacters = 128;
 
+void Empty(std::wstring& text) {
+    text.clear();
+    if (text.capacity() < kReservedCharacters)
+        text.reserve(kReservedCharacters);
+}
+
 } // namespace
 
 StateHandler::StateHandler(StateHandler* parent, const wchar_t* elementName)
@@ -32,24 +38,20 @@ StateHandler::~StateHandler() {
 
 std::wstring StateHandler::PathSegment() const { return L"." + m_elementName; }
 
-START_ACTION StateHandler::StartElement(const wchar_t*, const wchar_t* localName, const wchar_t*, XMLAttributes&,
-                                        std::unique_ptr<StateHandler>&) {
-    TrackStart(localName);
+START_ACTION StateHandler::StartElement(const ElementName& name, XMLAttributes&, std::unique_ptr<StateHandler>&) {
+    TrackStart(name.localName);
     return STATUSQUO;
 }
 
 void StateHandler::Characters(const wchar_t*, std::size_t) {}
 
-END_ACTION StateHandler::EndElement(const wchar_t*, const wchar_t* localName, const wchar_t*,
-                                    std::unique_ptr<StateHandler>&) {
-    return TrackEnd(localName);
+END_ACTION StateHandler::EndElement(const ElementName& name, std::unique_ptr<StateHandler>&) {
+    return TrackEnd(name.localName);
 }
 
 void StateHandler::Reset() {
-    m_chars.clear();
-    m_chars.reserve(kReservedCharacters);
-    m_elementName.clear();
-    m_elementName.reserve(kReservedCharacters);
+    Empty(m_chars);
+    Empty(m_elementName);
     m_depth = 0;
 }
 
@@ -59,7 +61,7 @@ CKAXMLSAXContentHandler& StateHandler::GetSaxHandler() const {
     return *m_pSaxHandler;
 }
 
-void StateHandler::TrackStart(const wchar_t* localName) {
+void StateHandler::TrackStart(std::wstring_view localName) {
     ++m_depth;
     if (m_elementName.empty())
         m_elementName = localName;
@@ -67,7 +69,7 @@ void StateHandler::TrackStart(const wchar_t* localName) {
         throw KAXMLFormatError(FormatPathMessage(L"Unexpected element."));
 }
 
-END_ACTION StateHandler::TrackEnd(const wchar_t* localName) {
+END_ACTION StateHandler::TrackEnd(std::wstring_view localName) {
     --m_depth;
     if (m_depth < 0)
         return POP_UNHANDLED;

@@ -27,6 +27,14 @@ enum END_ACTION : int {
     REPLACE = 3        ///< this handler is finished, and the next handler takes its place
 };
 
+/// The names of an element. Each view is followed by a null character, so that its data is also a
+/// text by itself. The views of one name are the same wherever it stands in a document.
+struct ElementName {
+    std::wstring_view namespaceUri;
+    std::wstring_view localName;
+    std::wstring_view qName;
+};
+
 /// Understands one kind of element of instance documents. Handlers stand on the content handler's
 /// stack, which owns them; every event goes to the top one, whose answer says how the stack changes.
 ///
@@ -45,22 +53,21 @@ class StateHandler {
     /// This handler's part of an error path: "." and the element's name.
     virtual std::wstring PathSegment() const;
     /// @param nextHandler  empty; to be set with PUSH and PUSH_UNHANDLED.
-    virtual START_ACTION StartElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                                      XMLAttributes& attributes, std::unique_ptr<StateHandler>& nextHandler);
+    virtual START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+                                      std::unique_ptr<StateHandler>& nextHandler);
     /// @param text  not null-terminated.
     virtual void Characters(const wchar_t* text, std::size_t length);
     /// @param nextHandler  empty; to be set with REPLACE.
-    virtual END_ACTION EndElement(const wchar_t* namespaceUri, const wchar_t* localName, const wchar_t* qName,
-                                  std::unique_ptr<StateHandler>& nextHandler);
+    virtual END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler);
 
     /// Makes the handler ready for the next of several sibling elements.
     void Reset();
     /// @throws KAXMLRuntimeError when there is none.
     CKAXMLSAXContentHandler& GetSaxHandler() const;
     /// Takes note of a start tag. @throws KAXMLFormatError for an unexpected element.
-    void TrackStart(const wchar_t* localName);
+    void TrackStart(std::wstring_view localName);
     /// Takes note of an end tag and answers what it means for this handler.
-    END_ACTION TrackEnd(const wchar_t* localName);
+    END_ACTION TrackEnd(std::wstring_view localName);
     /// The message with the path of elements in front.
     std::wstring FormatPathMessage(const std::wstring& message) const;
 

@@ -1,4 +1,5 @@
 #include <kaxml/kaschemaxml/instance/instance.h>
+#include <kaxml/kaschemaxml/instance/recycled_values.h>
 #include <kaxml/kaschemaxml/schema/class.h>
 #include <kaxml/kaschemaxml/schema/property.h>
 #include <kaxml/kaxml/core/errors.h>
@@ -17,10 +18,11 @@ template <typename T> T* Require(T* pointer, const wchar_t* message) {
     return pointer;
 }
 
-// Hands a new value to an instance and returns it.
-template <typename Value> Value* AddTo(CKaInstance& instance, std::unique_ptr<Value> value) {
-    instance.AddKaValue(value.get());
-    return value.release();
+// Hands a new value to an instance, or a new member to an array, and returns it.
+template <typename Value> Value* AddTo(InstanceFiller& filler, std::unique_ptr<Value> value) {
+    Value* const added = value.get();
+    filler.AddValue(std::move(value));
+    return added;
 }
 
 template <typename Value> Value* AddTo(KaArrayValue& array, std::unique_ptr<Value> value) {
@@ -32,50 +34,53 @@ template <typename Value> Value* AddTo(KaArrayValue& array, std::unique_ptr<Valu
 
 PropertiesHandler::PropertiesHandler(StateHandler* parent, CKaInstance* instance)
     : StateHandler(parent, L""),
-      m_pKaInstance(Require(instance, L"Passed NULL pKaInstance into PropertiesHandler constructor")) {
+      m_pKaInstance(Require(instance, L"Passed NULL pKaInstance into PropertiesHandler constructor")),
+      m_filler(instance, GetSaxHandler().Properties()) {
     if (instance->GetKaClass() == nullptr)
         throw KAXMLRuntimeError(L"KaInstance with no KaClass was passed to PropertiesHandler constructor!");
 }
 
-START_ACTION PropertiesHandler::StartElement(const wchar_t*, const wchar_t* localName, const wchar_t*, XMLAttributes&,
+START_ACTION PropertiesHandler::StartElement(const ElementName& name, XMLAttributes&,
                                              std::unique_ptr<StateHandler>& nextHandler) {
     m_pProperty = nullptr;
     Reset();
-    m_pProperty = m_pKaInstance->GetKaClass()->FindProperty(localName);
+    m_pProperty = m_filler.FindProperty(name.localName);
     if (m_pProperty == nullptr)
-        return StartUnknown(localName, nextHandler);
+        return StartUnknown(name.localName, nextHandler);
     if (m_pProperty->IsArray() != 0) {
-        KaArrayValue* const array = AddTo(*m_pKaInstance, std::make_unique<KaArrayValue>(m_pProperty));
-        nextHandler = std::make_unique<ArrayHandler>(this, array);
-        TrackStart(localName);
+        nextHandler =
+            std::make_unique<ArrayHandler>(this, AddTo(m_filler, std::make_unique<KaArrayValue>(m_pProperty)));
+        TrackStart(name.localName);
         return PUSH;
     }
     if (m_pProperty->IsStruct() != 0) {
-        KaStructValue* const structValue = AddTo(*m_pKaInstance, std::make_unique<KaStructValue>(m_pProperty));
-        nextHandler = std::make_unique<StructHandler>(this, structValue);
+        nextHandler =
+            std::make_unique<StructHandler>(this, AddTo(m_filler, std::make_unique<KaStructValue>(m_pProperty)));
         return PUSH_UNHANDLED;
     }
-    TrackStart(localName);
+    TrackStart(name.localName);
     return STATUSQUO;
 }
 
-START_ACTION PropertiesHandler::StartUnknown(const wchar_t* localName, std::unique_ptr<StateHandler>& nextHandler) {
+START_ACTION PropertiesHandler::StartUnknown(std::wstring_view localName, std::unique_ptr<StateHandler>& nextHandler) {
     if (!GetSaxHandler().HasFlag(IGNORE_UNRECOGNIZED_PROPERTIES))
         throw KAXMLFormatError(Concat(L"Unrecognized KaProperty ", localName, L" found in instance of KaClass ",
                                       m_pKaInstance->GetKaClass()->TypeName(), L"."));
-    LogFormatted(LOG_TRACE, L"Ignoring unrecognized KaProperty <%s>", {localName});
+    LogFormatted(LOG_TRACE, L"Ignoring unrecognized KaProperty <%s>", {localName.data()});
     nextHandler = std::make_unique<IgnoringElement>(this);
     return PUSH_UNHANDLED;
 }
 
-void PropertiesHandler::Characters(const wchar_t* text, std::size_t length) { m_chars.append(text, length); }
+void PropertiesHandler::Characters(const wchar_t* text, std::size_t length) {
+    if (m_depth > 0) // what stands between the elements is of no use
+        m_chars.append(text, length);
+}
 
-END_ACTION PropertiesHandler::EndElement(const wchar_t*, const wchar_t* localName, const wchar_t*,
-                                         std::unique_ptr<StateHandler>&) {
-    if (TrackEnd(localName) == POP_UNHANDLED)
+END_ACTION PropertiesHandler::EndElement(const ElementName& name, std::unique_ptr<StateHandler>&) {
+    if (TrackEnd(name.localName) == POP_UNHANDLED)
         return POP_UNHANDLED;
     if (m_pProperty != nullptr && m_pProperty->IsStruct() == 0 && m_pProperty->IsArray() == 0)
-        m_pKaInstance->SetText(m_pProperty, localName, m_chars);
+        m_filler.SetText(name.localName, m_chars);
     m_pProperty = nullptr;
     Reset();
     return NOCHANGE;
@@ -87,9 +92,9 @@ ArrayHandler::ArrayHandler(StateHandler* parent, KaArrayValue* arrayValue)
           Require(arrayValue, L"Passed NULL pArrayValue into ArrayHandler constructor")->GetProperty()->GetTypeName()),
       m_pProperty(arrayValue->GetProperty()), m_membersAreStructs(m_pProperty->IsStruct()), m_pArrayValue(arrayValue) {}
 
-START_ACTION ArrayHandler::StartElement(const wchar_t*, const wchar_t* localName, const wchar_t*, XMLAttributes&,
+START_ACTION ArrayHandler::StartElement(const ElementName& name, XMLAttributes&,
                                         std::unique_ptr<StateHandler>& nextHandler) {
-    if (m_memberElementName != localName)
+    if (m_memberElementName != name.localName)
         throw KAXMLFormatError(L"Encountered array element with name not equal to the property's type name");
     m_memberText.clear();
     if (m_membersAreStructs != 0) {
@@ -97,19 +102,18 @@ START_ACTION ArrayHandler::StartElement(const wchar_t*, const wchar_t* localName
         nextHandler = std::make_unique<StructHandler>(this, member);
         return PUSH_UNHANDLED;
     }
-    TrackStart(localName);
+    TrackStart(name.localName);
     return STATUSQUO;
 }
 
 void ArrayHandler::Characters(const wchar_t* text, std::size_t length) { m_memberText.append(text, length); }
 
-END_ACTION ArrayHandler::EndElement(const wchar_t*, const wchar_t* localName, const wchar_t*,
-                                    std::unique_ptr<StateHandler>&) {
-    if (TrackEnd(localName) == POP_UNHANDLED)
+END_ACTION ArrayHandler::EndElement(const ElementName& name, std::unique_ptr<StateHandler>&) {
+    if (TrackEnd(name.localName) == POP_UNHANDLED)
         return POP_UNHANDLED;
     if (m_membersAreStructs != 0)
         throw KAXMLLogicError(L"The StructHandler should have gotten the EndElement message, not us");
-    auto member = std::make_unique<CKaValue>(m_pProperty, nullptr);
+    std::unique_ptr<CKaValue> member(RecycledValues::Get(m_pProperty));
     member->SetValue(m_memberText);
     AddTo(*m_pArrayValue, std::move(member));
     m_memberText.clear();
@@ -124,9 +128,9 @@ StructHandler::StructHandler(StateHandler* parent, KaStructValue* structValue)
 
 StructHandler::~StructHandler() { m_pSaxHandler->LeaveStruct(); }
 
-START_ACTION StructHandler::StartElement(const wchar_t*, const wchar_t* localName, const wchar_t*, XMLAttributes&,
+START_ACTION StructHandler::StartElement(const ElementName& name, XMLAttributes&,
                                          std::unique_ptr<StateHandler>& nextHandler) {
-    TrackStart(localName);
+    TrackStart(name.localName);
     nextHandler = std::make_unique<PropertiesHandler>(this, m_pKaInstance);
     return PUSH;
 }

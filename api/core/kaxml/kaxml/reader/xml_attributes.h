@@ -10,7 +10,7 @@ class CKAXMLSAXContentHandler;
 class ISAXAttributes;
 
 /// The attributes of an element, as callbacks of the instance reader receive them. Valid during
-/// the callback only; copies refer to the same attributes.
+/// the callback and on its thread only; copies refer to the same attributes.
 class KAXML_API XMLAttributes {
   public:
     /// Sets `value` to the value of the attribute of this local name without a namespace and

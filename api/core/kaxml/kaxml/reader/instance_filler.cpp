@@ -1,0 +1,110 @@
+#include <kaxml/kaxml/reader/instance_filler.h>
+
+#include <kaxml/kaschemaxml/instance/instance.h>
+#include <kaxml/kaschemaxml/instance/value_kind.h>
+#include <kaxml/kaschemaxml/schema/base_chain.h>
+#include <kaxml/kaschemaxml/schema/property.h>
+#include <kaxml/kaschemaxml/schema/schema.h>
+#include <kaxml/kaxml/core/errors.h>
+#include <kaxml/platform/numbers.h>
+
+namespace KAXML {
+
+namespace {
+
+// Searching the lists this often takes about as long as making the tables.
+constexpr int kSearchesBeforeTables = 64;
+
+} // namespace
+
+InstanceFiller::Tables::Tables(const CKaInstance& instance) {
+    for (BaseChain chain(instance.GetKaClass()); chain.Current() != nullptr; chain.Next())
+        for (unsigned int i = 0; i < chain.Current()->GetKaPropertyCount(); ++i) {
+            CKaProperty* const property = chain.Current()->GetKaProperty(i);
+            properties.emplace(property->PropertyName(), property);
+        }
+    for (unsigned int i = 0; i < instance.GetKaValueCount(); ++i)
+        values.emplace(instance.GetKaValue(i)->PropertyName(), instance.GetKaValue(i));
+}
+
+bool InstanceFiller::UsesTables() {
+    if (!m_tables && ++m_searches > kSearchesBeforeTables)
+        m_tables = std::make_unique<Tables>(m_instance);
+    return m_tables != nullptr;
+}
+
+CKaProperty* InstanceFiller::FindProperty(std::wstring_view name) {
+    const CKaClass& kaClass = *m_instance.GetKaClass();
+    m_found = m_properties.Find(kaClass, name);
+    if (m_found.property != nullptr)
+        return m_found.property;
+    if (!UsesTables())
+        return (m_found = m_properties.Search(kaClass, name)).property;
+    const auto found = m_tables->properties.find(name);
+    m_found = {found != m_tables->properties.end() ? found->second : nullptr, m_hasFirstValue.size()};
+    return m_found.property;
+}
+
+// Whether the instance certainly holds no value of the property's name: whatever it holds is a first
+// value of another property.
+bool InstanceFiller::IsFirstValue() noexcept {
+    if (m_instance.GetKaValueCount() != m_firstValues || m_found.number >= m_hasFirstValue.size() ||
+        m_hasFirstValue[m_found.number])
+        return false;
+    m_hasFirstValue[m_found.number] = true;
+    ++m_firstValues;
+    return true;
+}
+
+void InstanceFiller::AddValue(std::unique_ptr<KaValueBase> value) {
+    if (IsFirstValue()) {
+        m_instance.Append(value.get());
+    } else if (UsesTables()) {
+        AddByTables(std::move(value));
+        return;
+    } else {
+        m_instance.AddKaValue(value.get());
+    }
+    static_cast<void>(value.release());
+}
+
+void InstanceFiller::SetText(std::wstring_view name, const std::wstring& text) {
+    if (IsFirstValue()) {
+        std::unique_ptr<CKaValue> value(CKaSchema::GetRecycledKaValue(m_found.property));
+        value->SetValue(text);
+        m_instance.Append(value.get());
+        static_cast<void>(value.release());
+    } else if (UsesTables()) {
+        SetTextByTables(name, text);
+    } else {
+        m_instance.SetText(m_found.property, name.data(), text);
+    }
+}
+
+std::wstring InstanceFiller::NumberedName(const std::wstring& base) {
+    int& number = m_tables->numbers.emplace(base, 1).first->second;
+    std::wstring name;
+    do {
+        name = base + FormatInt(++number);
+    } while (m_tables->values.contains(name));
+    return name;
+}
+
+void InstanceFiller::AddByTables(std::unique_ptr<KaValueBase> value) {
+    if (m_tables->values.contains(value->PropertyName()))
+        value->SetPropertyName(NumberedName(value->PropertyName()));
+    m_instance.Append(value.get());
+    KaValueBase* const added = value.release();
+    m_tables->values.emplace(added->PropertyName(), added);
+}
+
+void InstanceFiller::SetTextByTables(std::wstring_view name, const std::wstring& text) {
+    if (!m_tables->values.contains(name))
+        AddByTables(std::unique_ptr<KaValueBase>(CKaSchema::GetRecycledKaValue(m_found.property)));
+    CKaValue* const primitive = AsPrimitive(m_tables->values.at(name));
+    if (primitive == nullptr)
+        throw KAXMLLogicError(L"Attempted to set primitive value into a non-primitive property");
+    primitive->SetValue(text);
+}
+
+} // namespace KAXML

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <kaxml/kaxml/reader/known_properties.h>
+
+#include <bitset>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace KAXML {
+
+class CKaInstance;
+class CKaProperty;
+class KaValueBase;
+
+/// Gives an instance its values as they come from a document. The properties of a class and the
+/// values of an instance are plain lists, searched from the front. Most elements need no search:
+/// their properties are known, and the instance holds nothing but first values of properties that
+/// are ticked off. An instance that needs many is filled by way of tables, so that the time it takes
+/// grows with the document only.
+///
+/// Nobody else may change the instance or its class meanwhile.
+class InstanceFiller {
+  public:
+    /// @param instance    not null, with a class; not owned.
+    /// @param properties  what the document has named so far.
+    InstanceFiller(CKaInstance* instance, KnownProperties& properties) noexcept
+        : m_instance(*instance), m_properties(properties) {}
+
+    CKaInstance& Instance() const noexcept { return m_instance; }
+    /// CKaClass::FindProperty of the instance's class. The calls below are about what it found.
+    /// @param name  followed by a null character; stays where it is as long as the document is read.
+    CKaProperty* FindProperty(std::wstring_view name);
+    /// CKaInstance::AddKaValue.
+    void AddValue(std::unique_ptr<KaValueBase> value);
+    /// CKaInstance::SetPropertyValue, for a primitive property.
+    void SetText(std::wstring_view name, const std::wstring& text);
+
+  private:
+    // Of equal names the first. The views are of the names in the properties and values themselves.
+    struct Tables {
+        explicit Tables(const CKaInstance& instance);
+        std::unordered_map<std::wstring_view, CKaProperty*> properties;
+        std::unordered_map<std::wstring_view, KaValueBase*> values;
+        std::unordered_map<std::wstring, int> numbers; // the last one appended to a name
+    };
+
+    bool IsFirstValue() noexcept;
+    bool UsesTables();
+    void AddByTables(std::unique_ptr<KaValueBase> value);
+    void SetTextByTables(std::wstring_view name, const std::wstring& text);
+    std::wstring NumberedName(const std::wstring& base);
+
+    CKaInstance& m_instance;
+    KnownProperties& m_properties;
+    KnownProperty m_found;
+    std::bitset<256> m_hasFirstValue; // by the properties' numbers
+    std::size_t m_firstValues = 0;
+    int m_searches = 0;
+    std::unique_ptr<Tables> m_tables;
+};
+
+} // namespace KAXML
