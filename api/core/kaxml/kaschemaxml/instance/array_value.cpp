@@ -1,4 +1,5 @@
 #include <kaxml/kaschemaxml/instance/instance.h>
+#include <kaxml/kaschemaxml/instance/recycled_values.h>
 #include <kaxml/kaschemaxml/schema/model_copier.h>
 #include <kaxml/kaschemaxml/schema/property.h>
 #include <kaxml/kaxml/core/arguments.h>
@@ -27,7 +28,7 @@ KaArrayValue& KaArrayValue::operator=(const KaArrayValue& other) {
     return *this;
 }
 
-KaArrayValue::~KaArrayValue() = default;
+KaArrayValue::~KaArrayValue() { RecycledValues::DropAll(m_members); }
 
 void KaArrayValue::PushBack(KaValueBase* member) {
     if (member != nullptr && member->m_isHeld)

@@ -2,7 +2,6 @@
 
 #include <kaxml/kaschemaxml/instance/custom_attribute.h>
 #include <kaxml/kaschemaxml/instance/recycled_values.h>
-#include <kaxml/kaschemaxml/instance/value_kind.h>
 #include <kaxml/kaschemaxml/schema/class.h>
 #include <kaxml/kaschemaxml/schema/free_name.h>
 #include <kaxml/kaschemaxml/schema/model_copier.h>
@@ -39,16 +38,6 @@ std::wstring NumberedName(const Values& values, const std::wstring& base) {
     return name.Get();
 }
 
-// Gives primitive values back to the pool and deletes the others.
-void DropValues(Values& values) noexcept {
-    for (std::unique_ptr<KaValueBase>& value : values)
-        if (CKaValue* const primitive = AsPrimitive(value.get())) {
-            static_cast<void>(value.release());
-            RecycledValues::Drop(primitive);
-        }
-    values.clear();
-}
-
 } // namespace
 
 CKaInstance::CKaInstance(CKaClass* kaClass) : m_typeName(RequireClass(kaClass).TypeName()), m_pKaClass(kaClass) {}
@@ -70,7 +59,7 @@ CKaInstance& CKaInstance::operator=(const CKaInstance& other) {
     return *this;
 }
 
-CKaInstance::~CKaInstance() { DropValues(m_values); }
+CKaInstance::~CKaInstance() { RecycledValues::DropAll(m_values); }
 
 CKaClass* CKaInstance::GetKaClass() const noexcept { return m_pKaClass; }
 const wchar_t* CKaInstance::GetTypeName() const noexcept { return m_typeName.c_str(); }
@@ -121,7 +110,7 @@ void CKaInstance::Append(KaValueBase* value) {
     value->m_isHeld = true;
 }
 
-void CKaInstance::RemoveAllKaValues() { DropValues(m_values); }
+void CKaInstance::RemoveAllKaValues() { RecycledValues::DropAll(m_values); }
 
 KaRelationshipInstance::KaRelationshipInstance(CKaRelationshipClass* relationshipClass)
     : CKaInstance(relationshipClass) {}

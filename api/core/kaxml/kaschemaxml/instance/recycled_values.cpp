@@ -1,6 +1,7 @@
 #include <kaxml/kaschemaxml/instance/recycled_values.h>
 
 #include <kaxml/kaschemaxml/instance/value.h>
+#include <kaxml/kaschemaxml/instance/value_kind.h>
 #include <kaxml/kaschemaxml/schema/property.h>
 #include <kaxml/kaschemaxml/schema/relationship_class.h>
 #include <kaxml/kaschemaxml/schema/schema.h>
@@ -109,6 +110,15 @@ void RecycledValues::Drop(CKaValue* value) noexcept {
         static_cast<void>(dropped.release());
     } catch (...) { // NOLINT(bugprone-empty-catch): no memory for the list, so the value goes
     }
+}
+
+void RecycledValues::DropAll(std::vector<std::unique_ptr<KaValueBase>>& values) noexcept {
+    for (std::unique_ptr<KaValueBase>& value : values)
+        if (CKaValue* const primitive = AsPrimitive(value.get())) {
+            static_cast<void>(value.release());
+            Drop(primitive);
+        }
+    values.clear();
 }
 
 void RecycledValues::Free() {

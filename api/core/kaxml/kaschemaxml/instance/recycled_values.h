@@ -1,9 +1,13 @@
 #pragma once
 
+#include <memory>
+#include <vector>
+
 namespace KAXML {
 
 class CKaProperty;
 class CKaValue;
+class KaValueBase;
 
 /// The pool of primitive values behind CKaSchema's operations, one for the process. The last value
 /// given back is the first handed out again.
@@ -16,11 +20,12 @@ class RecycledValues {
     static void Recycle(CKaValue* value);
     static void Free();
 
-    /// What containers do with a value they drop: gives it to the pool, or deletes it when the pool
-    /// cannot take it.
-    static void Drop(CKaValue* value) noexcept;
+    /// What instances and arrays do with the values they drop: gives primitive ones to the pool, and
+    /// deletes the others and what the pool cannot take. The list is then empty.
+    static void DropAll(std::vector<std::unique_ptr<KaValueBase>>& values) noexcept;
 
   private:
+    static void Drop(CKaValue* value) noexcept;
     static void TakeOver(CKaValue* value);
 };
 

@@ -126,6 +126,7 @@ class KAXML_API CKaValue : public KaValueBase {
 };
 
 /// An array: its members in order, each a CKaValue, a KaStructValue or null (an empty slot).
+/// Destroying it gives primitive members back to the pool of recycled values.
 class KAXML_API KaArrayValue : public KaValueBase {
   public:
     /// @param property  not null (KAXMLInvalidArgument).
