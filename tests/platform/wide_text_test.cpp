@@ -46,7 +46,7 @@ TYPED_TEST(WideText, IsCutBetweenCharactersOnly) {
 }
 
 TYPED_TEST(WideText, IsTakenInSlicesUpToWhatIsNoCharacter) {
-    for (const char32_t end : {0, 0xDC00, 0xD800}) {
+    for (const char32_t end : std::u32string{0, 0xDC00, 0xD800}) {
         const auto text = TextOf<TypeParam>(U"ab\u00E9\U0001F642\U0010FFFF\x7F\x80z") + static_cast<TypeParam>(end);
         for (std::size_t limit = 1; limit < 10; ++limit) {
             const TypeParam* next = text.c_str();

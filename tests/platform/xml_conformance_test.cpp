@@ -10,7 +10,7 @@ std::u32string Unescaped(std::string text) {
     std::u32string plain;
     while (!text.empty()) {
         const bool isEscape = text.starts_with("\\{");
-        plain += static_cast<char32_t>(isEscape ? std::stoul(text.substr(2), nullptr, 16) : text[0]);
+        plain += static_cast<char32_t>(isEscape ? std::stol(text.substr(2), nullptr, 16) : text[0]);
         text.erase(0, isEscape ? text.find('}') + 1 : 1);
     }
     return plain;
