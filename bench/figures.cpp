@@ -1,0 +1,55 @@
+#include "figures.h"
+
+namespace bench {
+namespace {
+
+void AddParses(std::vector<Figure>& list, const std::string& name, double atMostRaw,
+               std::optional<double> atMostPugixml) {
+    list.push_back({"parse " + name + " / raw parser", name + "/ours", name + "/raw", atMostRaw});
+    list.push_back({"parse " + name + " / pugixml", name + "/ours", name + "/pugixml", atMostPugixml});
+}
+
+void AddSchema(std::vector<Figure>& list, const std::string& title, const std::string& name) {
+    list.push_back({"read schema, " + title + " / raw parser", name + " read", name + " raw", 6.0});
+    list.push_back({"read schema, " + title + " / pugixml", name + " read", name + " pugixml", {}});
+    list.push_back({"write / read schema, " + title, name + " write", name + " read", 1.0});
+}
+
+void AddSchemas(std::vector<Figure>& list) {
+    for (const std::string size : {"500", "1000", "2000", "4000"})
+        AddSchema(list, size + " classes", "schema/" + size);
+    list.push_back({"read schema, 4000 / 2000 classes", "schema/4000 read", "schema/2000 read", 2.3});
+    list.push_back({"read schema, 30 references / raw parser", "schema/references read", "schema/references raw", 6.0});
+    list.push_back({"read schema, 30 references / pugixml", "schema/references read", "schema/references pugixml", {}});
+}
+
+void AddResources(std::vector<Figure>& list) {
+    list.push_back({"allocations per primitive value", "allocations/value", "", 0.0});
+    for (const char* const name : {"plant", "compact", "wide", "arrays", "long", "many"})
+        list.push_back({std::string("allocations per instance, ") + name, std::string("allocations/") + name, "", {}});
+    for (const char* const name : {"plant", "compact", "wide", "arrays", "long", "many"})
+        list.push_back({std::string("peak memory, ") + name + " / pugixml",
+                        std::string("memory/") + name + " ours",
+                        std::string("memory/") + name + " pugixml",
+                        {}});
+    list.push_back({"peak memory, 500 MB / 10 MB", "memory/500 MB", "memory/10 MB", 1.05});
+}
+
+} // namespace
+
+std::vector<Figure> AllFigures() {
+    std::vector<Figure> list;
+    AddParses(list, "plant", 1.5, 1.0);
+    list.push_back({"parse plant from wide text / raw parser", "plant/text", "plant/raw", 1.8});
+    AddParses(list, "compact", 1.5, 1.0);
+    for (const char* const name : {"wide", "arrays", "long", "many"})
+        AddParses(list, name, 1.8, {});
+    list.push_back({"two threads, two documents / one, one", "threads/two", "threads/one", 1.4});
+    AddSchemas(list);
+    list.push_back({"AppendAsXml, a document / copy its text", "append/ours", "append/copy", 4.0});
+    list.push_back({"AppendAsXml, one instance / copy its text", "append one/ours", "append one/copy", 4.0});
+    AddResources(list);
+    return list;
+}
+
+} // namespace bench

@@ -1,0 +1,87 @@
+#include "client.h"
+#include "measurements.h"
+#include "pugixml_client.h"
+#include "raw_parser.h"
+
+#include <chrono>
+#include <deque>
+#include <thread>
+
+namespace bench {
+namespace {
+
+using Parse = std::function<void(Client&, const InstanceInput&)>;
+
+void AddParse(std::vector<Measurement>& list, Inputs& inputs, const std::string& name, Kind kind, Parse parse) {
+    list.push_back({name, Unit::seconds, [&inputs, kind, parse](benchmark::State& state) {
+                        const InstanceInput& input = inputs.Document(kind);
+                        Client client(input.schema);
+                        for (auto _ : state)
+                            parse(client, input);
+                    }});
+}
+
+void AddParses(std::vector<Measurement>& list, Inputs& inputs, const std::string& name, Kind kind) {
+    AddParse(list, inputs, name + "/ours", kind,
+             [](Client& client, const InstanceInput& input) { client.ParseFile(input.document); });
+    AddParse(list, inputs, name + "/raw", kind, [](Client&, const InstanceInput& input) { RawParse(input.document); });
+    AddParse(list, inputs, name + "/pugixml", kind,
+             [](Client&, const InstanceInput& input) { PugixmlParse(input.document); });
+}
+
+void AddWideText(std::vector<Measurement>& list, Inputs& inputs) {
+    list.push_back({"plant/text", Unit::seconds, [&inputs](benchmark::State& state) {
+                        const std::wstring& text = inputs.PlantText();
+                        Client client(inputs.Document(Kind::plant).schema);
+                        for (auto _ : state)
+                            client.ParseText(text);
+                    }});
+}
+
+// Parses in this thread and, for each further client, in one more.
+void ParseInThreads(const InstanceInput& input, std::deque<Client>& clients) {
+    std::vector<std::thread> others;
+    for (std::size_t i = 1; i < clients.size(); ++i)
+        others.emplace_back([&, i] { clients[i].ParseFile(input.document); });
+    clients.front().ParseFile(input.document);
+    for (std::thread& other : others)
+        other.join();
+}
+
+// The time of several threads is always that of a clock on the wall.
+double MeasureThreads(const InstanceInput& input, std::size_t count) {
+    std::deque<Client> clients;
+    for (std::size_t i = 0; i < count; ++i)
+        clients.emplace_back(input.schema);
+    const auto start = std::chrono::steady_clock::now();
+    ParseInThreads(input, clients);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+void AddThreads(std::vector<Measurement>& list, Inputs& inputs, const std::string& name, std::size_t count) {
+    list.push_back({"threads/" + name, Unit::seconds, [&inputs, count](benchmark::State& state) {
+                        for (auto _ : state)
+                            state.counters[kValue] = MeasureThreads(inputs.Document(Kind::plant), count);
+                    }});
+}
+
+} // namespace
+
+std::vector<Measurement> AllMeasurements(Inputs& inputs) {
+    std::vector<Measurement> list;
+    AddParses(list, inputs, "plant", Kind::plant);
+    AddWideText(list, inputs);
+    AddParses(list, inputs, "compact", Kind::plantCompact);
+    AddParses(list, inputs, "wide", Kind::wide);
+    AddParses(list, inputs, "arrays", Kind::arrays);
+    AddParses(list, inputs, "long", Kind::longValues);
+    AddParses(list, inputs, "many", Kind::many);
+    AddThreads(list, inputs, "one", 1);
+    AddThreads(list, inputs, "two", 2);
+    AddSchemaMeasurements(list, inputs);
+    AddWriterMeasurements(list, inputs);
+    AddResourceMeasurements(list, inputs);
+    return list;
+}
+
+} // namespace bench
