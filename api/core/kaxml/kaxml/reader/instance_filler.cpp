@@ -46,9 +46,9 @@ CKaProperty* InstanceFiller::FindProperty(std::wstring_view name) {
 }
 
 // Whether the instance certainly holds no value of the property's name: whatever it holds is a first
-// value of another property.
+// value of another property. The tables know all values, so with them there is no other way in.
 bool InstanceFiller::IsFirstValue() noexcept {
-    if (m_instance.GetKaValueCount() != m_firstValues || m_found.number >= m_hasFirstValue.size() ||
+    if (m_tables || m_instance.GetKaValueCount() != m_firstValues || m_found.number >= m_hasFirstValue.size() ||
         m_hasFirstValue[m_found.number])
         return false;
     m_hasFirstValue[m_found.number] = true;
