@@ -1,20 +1,22 @@
 #!/bin/sh
 # Installs what the build needs and this machine lacks, from Debian's own packages.
 #
-#   tools/setup.sh         compiler, CMake, Ninja, libxml2, GoogleTest
-#   tools/setup.sh ci      also Clang and its tools, for the whole set of checks
-#   tools/setup.sh bench   also Google Benchmark
+#   tools/setup.sh           compiler, CMake, Ninja, libxml2; GoogleTest and locales for the tests
+#   tools/setup.sh ci        also Clang and its tools, for the whole set of checks
+#   tools/setup.sh coverage  also gcovr
+#   tools/setup.sh bench     also Google Benchmark, and pugixml to compare with
 #
 # Does nothing, and needs no rights, when everything is there.
 set -eu
 
-packages="g++ cmake ninja-build pkg-config libxml2-dev libgtest-dev"
+packages="g++ cmake ninja-build pkg-config libxml2-dev libgtest-dev locales"
 for extra in "$@"; do
     case $extra in
     ci) packages="$packages clang clang-format clang-tidy libclang-rt-14-dev" ;;
-    bench) packages="$packages libbenchmark-dev" ;;
+    coverage) packages="$packages gcovr" ;;
+    bench) packages="$packages libbenchmark-dev libpugixml-dev" ;;
     *)
-        echo "setup: unknown argument '$extra' (known: ci, bench)" >&2
+        echo "setup: unknown argument '$extra' (known: ci, coverage, bench)" >&2
         exit 2
         ;;
     esac

@@ -9,6 +9,8 @@
 #include <kaxml/kaxml/core/arguments.h>
 #include <kaxml/kaxml/core/format.h>
 
+#include <new>
+
 namespace KAXML {
 
 namespace {
@@ -66,6 +68,16 @@ KaArrayValue* RequireArray(KaValueBase* value, const CKaClass& kaClass, const wc
     return array;
 }
 
+// Gives a new custom attribute an empty array.
+KaArrayValue* AddArray(CKaCustomAttribute& customAttribute, CKaClass& kaClass, const wchar_t* propertyName) {
+    CKaProperty& property = RequireProperty(kaClass, propertyName);
+    std::unique_ptr<KaValueBase> value(KaValueBase::CreateKaValueForKaProperty(&kaClass, &property));
+    KaArrayValue* const array = RequireArray(value.get(), kaClass, propertyName);
+    customAttribute.AddKaValue(value.get());
+    static_cast<void>(value.release());
+    return array;
+}
+
 } // namespace
 
 int CKaCommon::ReadCustomAttributesFromXML(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node) {
@@ -108,12 +120,13 @@ KaArrayValue* CKaCommon::GetArrayFromCustomAttribute(CKaClass* customAttributeCl
         return nullptr;
     // Attached before the checks that may fail: the custom attribute then stays.
     m_customAttributes.push_back(std::make_unique<CKaCustomAttribute>(customAttributeClass));
-    CKaProperty& property = RequireProperty(kaClass, propertyName);
-    std::unique_ptr<KaValueBase> value(KaValueBase::CreateKaValueForKaProperty(customAttributeClass, &property));
-    KaArrayValue* const array = RequireArray(value.get(), kaClass, propertyName);
-    m_customAttributes.back()->AddKaValue(value.get());
-    static_cast<void>(value.release());
-    return array;
+    try {
+        return AddArray(*m_customAttributes.back(), *customAttributeClass, propertyName);
+    } catch (const std::bad_alloc&) {
+        // Without its array it would make every later call fail.
+        m_customAttributes.pop_back();
+        throw;
+    }
 }
 
 CKaInstance* CKaCommon::CreateArrayMemberForCustomAttribute(CKaClass* customAttributeClass,
