@@ -113,6 +113,9 @@ TEST_F(ArgumentsTest, NullStandsForNothingWhereThatMeansSomething) {
 }
 
 TEST_F(ArgumentsTest, WhatDoesNotFitTheModelIsRefused) {
+    CKaClass loose(L"Loose", &schema, nullptr);
+    loose.SetKaSchema(nullptr);
+    loose.SetIsDomainClass(0);
     auto* const attached = new CKaCustomAttribute(pump);
     feeds->AddKaCustomAttribute(attached);
     KaArrayValue structs(part);
@@ -126,6 +129,10 @@ TEST_F(ArgumentsTest, WhatDoesNotFitTheModelIsRefused) {
         {L"0-th element of 'Pump' contains a NULL KaStructValue.", [&] { structs.GetStructInstance(0, nullptr); }},
         {L"Attempted to set primitive value into a non-primitive property",
          [&] { instance.SetPropertyValue(L"Part", L"x"); }},
+        {L"Attempting to SetBaseClass of an KaClass that has no m_pKaSchema", [&] { loose.SetBaseClass(L"Pump"); }},
+        {L"Attempting to get the FullName of KaClass 'Loose' that has no m_pKaSchema", [&] { loose.FullName(); }},
+        {L"Attempting to add a struct property to KaClass 'Loose' that has no m_pKaSchema",
+         [&] { loose.AddKaProperty(L"Part", L"Pump", L""); }},
         {L"Called GetPrimitiveValue for a non-primitive CKaValue", [&] { instance.PropertyValue(L"Part"); }},
     });
     std::wstring found;
