@@ -71,7 +71,7 @@ TEST_P(Reading, TakesShortAndInterruptedReads) {
     std::string utf16 = "\xFF\xFE";
     for (const wchar_t c : WideFromUtf8(std::regex_replace(document, std::regex("UTF-8"), "UTF-16")))
         utf16 += {static_cast<char>(c), '\0'};
-    for (const std::size_t most : {1, 2, 3, 5, 1000})
+    for (const std::size_t most : {1U, 2U, 3U, 5U, 1000U})
         for (const std::string& bytes : {document, utf16}) {
             ReadBy(most, bytes.size(), [] { return 0; });
             EXPECT_EQ(OutcomeOf(bytes), expected) << most;
