@@ -176,6 +176,15 @@ TEST_F(ArgumentsTest, EveryKindOfObjectCanBeAssigned) {
     CKaProperty& sameProperty = renamed;
     KaArrayValue& sameArray = otherArray;
     KaStructValue& sameStruct = otherStruct;
+    CKaClass& samePump = *pump;
+    CKaRelationshipClass& sameFeeds = *feeds;
+    CKaInstance& sameInstance = instance;
+    *pump = samePump;
+    *feeds = sameFeeds;
+    static_cast<CKaInstance&>(instance) = sameInstance;
+    feeds->m_source = sameFeeds.m_source;
+    feeds->m_targets = sameFeeds.m_targets;
+    EXPECT_TRUE(pump->GetKaPropertyCount() == 2 && feeds->TypeName() == L"Feeds" && instance.GetKaClass() == feeds);
     renamed = sameProperty;
     otherArray = sameArray;
     otherStruct = sameStruct;
