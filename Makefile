@@ -64,7 +64,7 @@ FUZZ_SEEDS_schema = tests/data/schemas
 define run_fuzz_target
 	folder=$$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d) && trap 'rm -rf "$$folder"' EXIT && \
 	mkdir -p build/fuzz/corpus/$(1) && TMPDIR=$$folder $(FIXED_ADDRESSES) build/fuzz/fuzz/kaxml_fuzz_$(1) \
-	    $(2) -timeout=10 -rss_limit_mb=2048 -close_fd_mask=1 -print_final_stats=1 -dict=fuzz/kaxml.dict \
+	    $(2) -timeout=25 -rss_limit_mb=2048 -close_fd_mask=1 -print_final_stats=1 -dict=fuzz/kaxml.dict \
 	    -artifact_prefix=build/fuzz/$(1)- build/fuzz/corpus/$(1) $(FUZZ_SEEDS_$(1)) $(wildcard fuzz/findings/$(1))
 
 endef
@@ -96,7 +96,7 @@ coverage:
 bench:
 	@tools/setup.sh bench
 	cmake --preset bench
-	cmake --build --preset bench --parallel $(JOBS) --target kaxml_bench
+	cmake --build --preset bench --parallel $(JOBS)
 	@echo "This takes some 5 minutes; let the machine do nothing else meanwhile."
 	build/bench/bench/kaxml_bench $(BENCH_OPTIONS)
 

@@ -1,6 +1,8 @@
 #include "support/expectations.h"
 
-#include <cmath>
+#include <kaxml/platform/uuid.h>
+
+#include <cerrno>
 #include <limits>
 
 namespace KAXML::Test {
@@ -92,11 +94,12 @@ TEST_F(ArgumentsTest, WhatIsNoArgumentChangesNothing) {
 
 TEST_F(ArgumentsTest, NullStandsForNothingWhereThatMeansSomething) {
     CKaConstraint end(L"Pump", L"key");
+    end.SetClassName(L"Valve");
     end.SetClassName(nullptr);
     end.SetRoleLabel(L"feeds");
     end.SetRoleLabel(nullptr);
     end.AddKaRelationshipKey(nullptr);
-    EXPECT_TRUE(end.GetClassNameW() == std::wstring(L"Pump") && end.GetRoleLabel() == std::wstring(L"feeds") &&
+    EXPECT_TRUE(end.GetClassNameW() == std::wstring(L"Valve") && end.GetRoleLabel() == std::wstring(L"feeds") &&
                 end.GetKaRelationshipKeyCount() == 1);
     pump->AddKaCustomAttribute(nullptr);
     pump->AddKaProperty(nullptr);
@@ -110,6 +113,7 @@ TEST_F(ArgumentsTest, NullStandsForNothingWhereThatMeansSomething) {
     EXPECT_EQ(part->GetClassDefaultValue(), nullptr);
     schema.AddKaClass(static_cast<CKaRelationshipClass*>(nullptr));
     CKaSchema::RecycleKaValue(nullptr);
+    EXPECT_TRUE(UuidCreate(nullptr) == EINVAL && UuidToStringW(nullptr, text) == EINVAL && text == L"before");
 }
 
 TEST_F(ArgumentsTest, WhatDoesNotFitTheModelIsRefused) {
@@ -176,6 +180,11 @@ TEST_F(ArgumentsTest, EveryKindOfObjectCanBeAssigned) {
     CKaProperty& sameProperty = renamed;
     KaArrayValue& sameArray = otherArray;
     KaStructValue& sameStruct = otherStruct;
+    const CKaValue& sameValue = otherValue;
+    const CKaSchemaReference& sameTarget = target;
+    otherValue = sameValue;
+    target = sameTarget;
+    EXPECT_TRUE(otherValue.Value() == L"2.5" && target.GetSchema() == &schema);
     CKaClass& samePump = *pump;
     CKaRelationshipClass& sameFeeds = *feeds;
     CKaInstance& sameInstance = instance;
