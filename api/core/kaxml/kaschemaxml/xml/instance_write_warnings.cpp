@@ -13,7 +13,7 @@ namespace KAXML {
 
 namespace {
 
-void CheckInstance(const std::wstring& item, const CKaInstance& instance);
+void CheckInstance(const std::wstring& item, const CKaInstance& instance, const CKaClass& kaClass);
 
 void CheckText(const std::wstring& item, const CKaValue& value, bool isMember) {
     const std::wstring& text = value.Value();
@@ -29,7 +29,7 @@ void CheckMember(const std::wstring& item, const KaValueBase* member) {
     else if (const auto* const primitive = dynamic_cast<const CKaValue*>(member))
         CheckText(item, *primitive, true);
     else if (const auto* const structValue = dynamic_cast<const KaStructValue*>(member))
-        CheckInstance(item, *structValue->GetValue());
+        CheckInstance(item, *structValue->GetValue(), *structValue->GetValue()->GetKaClass());
 }
 
 void CheckArray(const std::wstring& item, const KaArrayValue& array) {
@@ -41,9 +41,9 @@ void CheckArray(const std::wstring& item, const KaArrayValue& array) {
         CheckMember(item, array.GetValue(i));
 }
 
-void CheckValue(const std::wstring& instanceItem, const CKaInstance& instance, const KaValueBase& value) {
+void CheckValue(const std::wstring& instanceItem, const CKaClass& kaClass, const KaValueBase& value) {
     const std::wstring item = Concat(L"value '", value.PropertyName(), L"' of ", instanceItem);
-    if (instance.GetKaClass()->FindProperty(value.GetPropertyName()) == nullptr)
+    if (kaClass.FindProperty(value.GetPropertyName()) == nullptr)
         WarnOfWrite(item, L"the class has no property of this name, so the file cannot be read");
     if (const auto* const primitive = dynamic_cast<const CKaValue*>(&value))
         CheckText(item, *primitive, false);
@@ -55,9 +55,10 @@ void CheckValue(const std::wstring& instanceItem, const CKaInstance& instance, c
                               : L"it is a struct outside an array, so the file cannot be read");
 }
 
-void CheckInstance(const std::wstring& item, const CKaInstance& instance) {
+// The class is the one that the instance is read with.
+void CheckInstance(const std::wstring& item, const CKaInstance& instance, const CKaClass& kaClass) {
     for (unsigned int i = 0; i < instance.GetKaValueCount(); ++i)
-        CheckValue(item, instance, *instance.GetKaValue(i));
+        CheckValue(item, kaClass, *instance.GetKaValue(i));
 }
 
 // Whether the reader of the file has the properties that the instance's values name, also those of
@@ -77,15 +78,18 @@ bool HasProperties(const CKaInstance& instance, const KnownWhenRead& known) {
     return true;
 }
 
-void CheckClassOf(const CKaSchema& schema, const std::wstring& item, const CKaCustomAttribute& customAttribute,
-                  const KnownWhenRead& known) {
-    const CKaClass* const found = schema.FindKaClass(customAttribute.GetTypeName(), KA_ANY_CLASS_TYPE);
-    if (found == nullptr)
+// Returns the class that the custom attribute is read with, its own when the file cannot be read.
+const CKaClass& CheckClassOf(const CKaSchema& schema, const std::wstring& item,
+                             const CKaCustomAttribute& customAttribute, const KnownWhenRead& known) {
+    const CKaClass* const named = schema.FindKaClass(customAttribute.GetTypeName(), KA_ANY_CLASS_TYPE);
+    const CKaClass* const found = named == nullptr ? nullptr : known.find(*named);
+    if (named == nullptr)
         WarnOfWrite(item, L"its class is not found by its name, so the file cannot be read");
-    else if (found != customAttribute.GetKaClass())
+    else if (found != nullptr && found != customAttribute.GetKaClass())
         WarnOfWrite(item, L"its name is another class's, which the file is read back with");
-    else if (!known.isFound(*found) || !HasProperties(customAttribute, known))
+    else if (found == nullptr || !HasProperties(customAttribute, known))
         WarnOfWrite(item, L"its class or a class of its values stands later in the file, so the file cannot be read");
+    return found == nullptr ? *customAttribute.GetKaClass() : *found;
 }
 
 } // namespace
@@ -99,10 +103,10 @@ void CheckCustomAttributes(const CKaSchema& schema, const std::wstring& item, co
     for (unsigned int i = 0; i < common.GetKaCustomAttributeCount(); ++i) {
         const CKaCustomAttribute& customAttribute = *common.GetKaCustomAttribute(i);
         const std::wstring name = Concat(L"KaCustomAttribute '", customAttribute.TypeName(), L"' of ", item);
-        CheckClassOf(schema, name, customAttribute, known);
+        const CKaClass& kaClass = CheckClassOf(schema, name, customAttribute, known);
         if (!customAttribute.InstanceID().empty())
             WarnOfWrite(name, L"its id is written, but not read");
-        CheckInstance(name, customAttribute);
+        CheckInstance(name, customAttribute, kaClass);
     }
 }
 

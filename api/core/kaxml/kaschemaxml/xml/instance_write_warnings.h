@@ -11,8 +11,8 @@ class CKaSchema;
 
 /// What the reader of a file knows when it comes to an item's custom attributes.
 struct KnownWhenRead {
-    std::function<bool(const CKaClass&)> isFound;       ///< whether it finds the class
-    std::function<bool(const CKaClass&)> hasProperties; ///< whether the class has its own properties
+    std::function<const CKaClass*(const CKaClass&)> find; ///< the class found by this one's name, or null
+    std::function<bool(const CKaClass&)> hasProperties;   ///< whether the class has its own properties
 };
 
 /// Logs that something of an item does not come back from its file, and why.

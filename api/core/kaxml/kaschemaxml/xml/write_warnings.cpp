@@ -27,6 +27,8 @@ std::wstring ItemName(const CKaClass& kaClass, const CKaProperty& property) {
     return Concat(L"KaProperty '", property.GetPropertyName(), L"' of ", ItemName(kaClass));
 }
 
+using Classes = std::vector<const CKaClass*>;
+
 // The classes of a schema in the order in which the writer puts them into the file, and so in the
 // order in which a reader meets them.
 class FileOrder {
@@ -40,7 +42,7 @@ class FileOrder {
         }
     }
 
-    const std::vector<const CKaClass*>& Classes() const noexcept { return m_classes; }
+    const Classes& All() const noexcept { return m_classes; }
 
     bool IsBefore(const CKaClass& first, const CKaClass& second) const {
         const auto firstPosition = m_positions.find(&first);
@@ -49,16 +51,28 @@ class FileOrder {
                firstPosition->second < secondPosition->second;
     }
 
+    // The class that a reader finds where the model finds this one: of several classes of a name, the
+    // first in the file keeps it.
+    const CKaClass* Find(const CKaClass& found) const {
+        return m_positions.contains(&found) ? m_firsts.at(KindAndName(found)) : &found;
+    }
+
   private:
     void Append(const CKaClass& kaClass, bool isCustomAttributeClass) {
         if ((kaClass.IsCustomAttributeClass() != 0) != isCustomAttributeClass)
             return;
         m_positions.emplace(&kaClass, m_classes.size());
+        m_firsts.emplace(KindAndName(kaClass), &kaClass);
         m_classes.push_back(&kaClass);
     }
 
-    std::vector<const CKaClass*> m_classes;
+    static std::pair<bool, std::wstring_view> KindAndName(const CKaClass& kaClass) {
+        return {dynamic_cast<const CKaRelationshipClass*>(&kaClass) != nullptr, kaClass.TypeName()};
+    }
+
+    Classes m_classes;
     std::map<const CKaClass*, std::size_t> m_positions;
+    std::map<std::pair<bool, std::wstring_view>, const CKaClass*> m_firsts;
 };
 
 // The class of a full name as a reader would find it; null also for a malformed name or an unknown
@@ -103,44 +117,71 @@ void CheckType(const CKaSchema& schema, const std::wstring& item, const CKaPrope
         WarnOfWrite(item, L"whether it is a struct follows from its type when it is read back");
 }
 
-// Whether a reader has met a property of this name before the one at the index.
-bool IsRepeated(const CKaClass& kaClass, unsigned int index, const CKaClass* base) {
-    const std::wstring_view name = kaClass.GetKaProperty(index)->GetPropertyName();
-    for (unsigned int i = 0; i < index; ++i)
+bool HasOwnProperty(const CKaClass& kaClass, unsigned int count, std::wstring_view name) {
+    for (unsigned int i = 0; i < count; ++i)
         if (kaClass.GetKaProperty(i)->GetPropertyName() == name)
             return true;
-    return base != nullptr && base->HasProperty(kaClass.GetKaProperty(index)->GetPropertyName());
+    return false;
 }
 
-void CheckProperty(const CKaSchema& schema, const CKaClass& kaClass, unsigned int index, const CKaClass* base,
+// Whether a reader has met a property of this name before the one at the index.
+bool IsRepeated(const CKaSchema& schema, const CKaClass& kaClass, unsigned int index, const Classes& bases) {
+    const wchar_t* const name = kaClass.GetKaProperty(index)->GetPropertyName();
+    return HasOwnProperty(kaClass, index, name) ||
+           std::any_of(bases.begin(), bases.end(), [&schema, name](const CKaClass* base) {
+               return base->GetKaSchema() == &schema ? HasOwnProperty(*base, base->GetKaPropertyCount(), name)
+                                                     : base->HasProperty(name);
+           });
+}
+
+void CheckProperty(const CKaSchema& schema, const CKaClass& kaClass, unsigned int index, const Classes& bases,
                    const KnownWhenRead& known) {
     const CKaProperty& property = *kaClass.GetKaProperty(index);
     const std::wstring item = ItemName(kaClass, property);
     CheckName(item, property.GetPropertyName(), kClassNameKind);
     CheckType(schema, item, property);
-    if (IsRepeated(kaClass, index, base))
+    if (IsRepeated(schema, kaClass, index, bases))
         WarnOfWrite(item, L"the class or a base class has a property of the same name, so the file cannot be read");
     CheckBounds(item, property);
     CheckCustomAttributes(schema, item, property, known);
 }
 
-// Checks the base class as the file names it and returns it, or null when the file's reader would
-// not find it.
-const CKaClass* CheckBaseClass(const CKaSchema& schema, const CKaClass& kaClass, const FileOrder& order) {
-    if (*kaClass.GetBaseClass() == L'\0')
+// The base class that a reader of the file finds; null when there is none, and for classes of other
+// schemas.
+const CKaClass* BaseWhenRead(const CKaSchema& schema, const CKaClass& kaClass, const FileOrder& order) {
+    if (*kaClass.GetBaseClass() == L'\0' || kaClass.GetKaSchema() != &schema)
         return nullptr;
-    const std::wstring item = ItemName(kaClass);
     const bool isRelationshipClass = dynamic_cast<const CKaRelationshipClass*>(&kaClass) != nullptr;
-    const CKaClass* const found = FindQuietly(schema, kaClass.GetBaseClass(), isRelationshipClass);
-    if (found == nullptr) {
-        WarnOfWrite(item, L"its base class is not found by its name, so the file cannot be read");
-        return nullptr;
+    const CKaClass* const named = FindQuietly(schema, kaClass.GetBaseClass(), isRelationshipClass);
+    return named == nullptr ? nullptr : order.Find(*named);
+}
+
+// The class's bases when it is read, up to the first of another schema, or to the class itself.
+Classes BasesWhenRead(const CKaSchema& schema, const CKaClass& kaClass, const FileOrder& order) {
+    Classes bases;
+    const CKaClass* base = BaseWhenRead(schema, kaClass, order);
+    while (base != nullptr && bases.size() <= order.All().size()) {
+        bases.push_back(base);
+        base = base == &kaClass ? nullptr : BaseWhenRead(schema, *base, order);
     }
-    if (found != kaClass.GetBaseKaClass())
+    return bases;
+}
+
+void CheckBaseClass(const CKaSchema& schema, const CKaClass& kaClass, const Classes& bases, const FileOrder& order) {
+    if (*kaClass.GetBaseClass() == L'\0')
+        return;
+    const std::wstring item = ItemName(kaClass);
+    if (bases.empty()) {
+        WarnOfWrite(item, L"its base class is not found by its name, so the file cannot be read");
+        return;
+    }
+    if (bases.back() == &kaClass)
+        WarnOfWrite(item, L"the name of its base class leads back to itself, so the file cannot be read");
+    else if (bases.front() != kaClass.GetBaseKaClass())
         WarnOfWrite(item, L"the name of its base class is another class's, which the file is read back with");
-    if (isRelationshipClass && found->GetKaSchema() == &schema && !order.IsBefore(*found, kaClass))
+    if (dynamic_cast<const CKaRelationshipClass*>(&kaClass) != nullptr && bases.front()->GetKaSchema() == &schema &&
+        !order.IsBefore(*bases.front(), kaClass))
         WarnOfWrite(item, L"its base class stands later in the file, so the file cannot be read");
-    return found;
 }
 
 // Ends are written with their classes' names relative to the schema.
@@ -179,13 +220,14 @@ void CheckClass(const CKaSchema& schema, const CKaClass& kaClass, const FileOrde
     const std::wstring item = ItemName(kaClass);
     // All classes have their names by the time their contents are read, in the order of the file.
     const KnownWhenRead known = {
-        [](const CKaClass&) { return true; },
+        [&order](const CKaClass& named) { return order.Find(named); },
         [&](const CKaClass& other) { return other.GetKaSchema() != &schema || order.IsBefore(other, kaClass); }};
     CheckName(item, kaClass.GetTypeName(), kClassNameKind);
-    const CKaClass* const base = CheckBaseClass(schema, kaClass, order);
+    const Classes bases = BasesWhenRead(schema, kaClass, order);
+    CheckBaseClass(schema, kaClass, bases, order);
     CheckCustomAttributes(schema, item, kaClass, known);
     for (unsigned int i = 0; i < kaClass.GetKaPropertyCount(); ++i)
-        CheckProperty(schema, kaClass, i, base, known);
+        CheckProperty(schema, kaClass, i, bases, known);
     const auto* const relationshipClass = dynamic_cast<const CKaRelationshipClass*>(&kaClass);
     if (relationshipClass == nullptr)
         return;
@@ -264,12 +306,13 @@ void LogWriteWarnings(const CKaSchema& schema) {
     CheckReferences(schema);
     // The schema's own custom attributes are read before any of its classes.
     const auto isForeign = [&schema](const CKaClass& kaClass) { return kaClass.GetKaSchema() != &schema; };
-    CheckCustomAttributes(schema, item, schema, {isForeign, isForeign});
+    const auto findForeign = [&](const CKaClass& named) { return isForeign(named) ? &named : nullptr; };
+    CheckCustomAttributes(schema, item, schema, {findForeign, isForeign});
     CheckList(item, schema.GetKaClassCount(), [&](unsigned int i) { return schema.GetKaClassByIndex(i); });
     CheckList(item, schema.GetKaRelationshipClassCount(),
               [&](unsigned int i) { return schema.GetKaRelationshipClass(i); });
     const FileOrder order(schema);
-    for (const CKaClass* const kaClass : order.Classes())
+    for (const CKaClass* const kaClass : order.All())
         CheckClassQuietly(schema, *kaClass, order);
 }
 

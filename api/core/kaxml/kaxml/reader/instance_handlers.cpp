@@ -71,6 +71,8 @@ START_ACTION InstanceHandler::StartElement(const ElementName& name, XMLAttribute
         NotifyProject(name.localName, &attributes, true);
         return STATUSQUO;
     }
+    // An older relationship without its ends may have been left behind unfinished.
+    m_isRelationship = 0;
     m_pKaInstance.reset(factory->CreateKaInstance(name.namespaceUri.data(), name.localName.data(), &m_isRelationship));
     if (!m_pKaInstance)
         return StartUnknown(name.localName, nextHandler);
