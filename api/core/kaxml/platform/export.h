@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The one export macro. Everything else in the library is hidden.
+/// Marks what the library exports; everything else in it is hidden.
 
 #if defined(_WIN32) && !defined(KAXML_STATIC)
 #if defined(KAXML_BUILDING)
@@ -13,4 +13,11 @@
 #define KAXML_API
 #else
 #define KAXML_API __attribute__((visibility("default")))
+#endif
+
+/// Marks what an exported class keeps to itself.
+#if defined(_WIN32)
+#define KAXML_LOCAL
+#else
+#define KAXML_LOCAL __attribute__((visibility("hidden")))
 #endif

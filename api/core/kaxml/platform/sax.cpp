@@ -20,9 +20,11 @@ std::wstring_view View(const wchar_t* text, int length) noexcept {
                                          : std::wstring_view();
 }
 
+[[noreturn]] void ThrowStopped(HRESULT status) { throw _com_error(status, L"The content handler stopped the parse"); }
+
 void RequireSuccess(HRESULT status) {
     if (status < 0)
-        throw _com_error(status, L"The content handler stopped the parse");
+        ThrowStopped(status);
 }
 
 // The attributes of the start tag at hand. Their names are looked up once for each tag, when the

@@ -45,12 +45,11 @@ class NameTable {
     const XmlName& Find(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) {
         const Key key{local, prefix, uri};
         Recent& recent = m_recent[Hash()(key) % kRecent];
-        if (recent.name != nullptr && recent.key == key)
-            return *recent.name;
-        const XmlName& name = Look(key);
-        recent = {key, &name};
-        return name;
+        if (recent.name == nullptr || !(recent.key == key))
+            recent = {key, &Look(key)};
+        return *recent.name;
     }
+    std::size_t Size() const noexcept { return m_names.size(); }
 
   private:
     struct Key {
@@ -402,8 +401,10 @@ void Parse::OnStartElement(void* self, const xmlChar* local, const xmlChar* pref
                            const xmlChar** attributes) noexcept {
     Parse& parse = Of(self);
     parse.Deliver([&] {
-        parse.CheckSizes(attributeCount);
+        const std::size_t knownNames = parse.m_names.Size();
         const XmlName& name = parse.m_names.Find(local, prefix, uri);
+        if (attributeCount > 0 || declarationCount > 0 || parse.m_names.Size() != knownNames)
+            parse.CheckSizes(attributeCount);
         parse.m_openElements.push_back(&name);
         const StartTag tag(parse.m_names, declarationCount, declarations, attributeCount, attributes);
         parse.m_events.StartElement(name, tag);

@@ -8,6 +8,13 @@
 
 namespace KAXML {
 
+namespace {
+
+// Room that spares most lists their first steps of growth.
+constexpr std::size_t kUsualMembers = 8;
+
+} // namespace
+
 KaArrayValue::KaArrayValue(CKaProperty* property) : KaValueBase(property) {}
 
 KaArrayValue::KaArrayValue(const KaArrayValue& other) : KaValueBase(other) {
@@ -34,6 +41,8 @@ void KaArrayValue::PushBack(KaValueBase* member) {
     if (member != nullptr && member->m_isHeld)
         throw KAXMLLogicError(Concat(L"Attempted to add a member to array '", PropertyName(),
                                      L"' that an array or instance already holds"));
+    if (m_members.capacity() == 0)
+        m_members.reserve(kUsualMembers);
     m_members.emplace_back();
     m_members.back().reset(member);
     if (member != nullptr)

@@ -19,6 +19,9 @@ namespace {
 
 using Values = std::vector<std::unique_ptr<KaValueBase>>;
 
+// Room that spares most lists their first steps of growth.
+constexpr std::size_t kUsualValues = 8;
+
 CKaClass& RequireClass(CKaClass* kaClass) {
     if (kaClass == nullptr)
         throw KAXMLLogicError(L"You cannot construct a new CKaInstance with a NULL KaClass!");
@@ -105,6 +108,8 @@ void CKaInstance::AddKaValue(KaValueBase* value) {
 }
 
 void CKaInstance::Append(KaValueBase* value) {
+    if (m_values.capacity() == 0)
+        m_values.reserve(kUsualValues);
     m_values.emplace_back();
     m_values.back().reset(value);
     value->m_isHeld = true;

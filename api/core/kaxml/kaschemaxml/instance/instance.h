@@ -120,10 +120,10 @@ class KAXML_API CKaInstance {
 
     friend class InstanceFiller;
 
-    template <typename Value> void SetPrimitive(const wchar_t* name, const Value& value);
-    void SetText(CKaProperty* property, const wchar_t* name, const std::wstring& text);
-    KaValueBase* CreateValue(CKaProperty* property);
-    void Append(KaValueBase* value);
+    template <typename Value> KAXML_LOCAL void SetPrimitive(const wchar_t* name, const Value& value);
+    KAXML_LOCAL void SetText(CKaProperty* property, const wchar_t* name, const std::wstring& text);
+    KAXML_LOCAL KaValueBase* CreateValue(CKaProperty* property);
+    KAXML_LOCAL void Append(KaValueBase* value);
 
     std::wstring m_instanceID;
     std::wstring m_typeName;

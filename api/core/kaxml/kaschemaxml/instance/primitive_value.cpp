@@ -21,11 +21,12 @@ void CheckConversion(int error, const std::wstring& text, const wchar_t* typeInE
 } // namespace
 
 CKaValue::CKaValue(CKaProperty* property, const wchar_t* text) : KaValueBase(property) {
+    m_isPrimitive = true;
     if (text != nullptr)
         SetValue(text);
 }
 
-CKaValue::CKaValue(const CKaValue& other) = default;
+CKaValue::CKaValue(const CKaValue& other) : KaValueBase(other), m_value(other.m_value) { m_isPrimitive = true; }
 
 CKaValue& CKaValue::operator=(const CKaValue& other) {
     std::wstring text = other.m_value;
@@ -45,6 +46,12 @@ void CKaValue::SetValue(const wchar_t* text) {
 
 void CKaValue::SetValue(const std::wstring& text) {
     m_value = text;
+    SetNotNull();
+}
+
+void CKaValue::SetValue(std::wstring&& text) noexcept {
+    m_value.swap(text);
+    text.clear();
     SetNotNull();
 }
 

@@ -80,9 +80,9 @@ CKaValue* RecycledValues::Get(CKaProperty* property) {
     return value;
 }
 
+// Under the lock. When the call throws, the caller still owns the value.
 void RecycledValues::TakeOver(CKaValue* value) {
     Pool& pool = ThePool();
-    const ScopedThreadLock lock(&pool.lock);
     if (pool.isClosed) {
         delete value;
         return;
@@ -96,28 +96,32 @@ void RecycledValues::Recycle(CKaValue* value) {
     // Before the lock, as above.
     if (value != nullptr && value->m_isHeld)
         throw KAXMLLogicError(L"Attempted to recycle a value that an array, an instance or the pool holds");
-    if (value != nullptr)
-        TakeOver(value);
+    if (value == nullptr)
+        return;
+    const ScopedThreadLock lock(&ThePool().lock);
+    TakeOver(value);
 }
 
-void RecycledValues::Drop(CKaValue* value) noexcept {
-    std::unique_ptr<CKaValue> dropped(value);
-    // The pool would hold the room of every large text that ever passed through an instance.
-    if (value->Value().capacity() > kLargestKept)
-        std::wstring().swap(value->Value());
-    try {
-        TakeOver(value);
-        static_cast<void>(dropped.release());
-    } catch (...) { // NOLINT(bugprone-empty-catch): no memory for the list, so the value goes
-    }
+void RecycledValues::TakeOverAll(std::vector<std::unique_ptr<KaValueBase>>& values) {
+    const ScopedThreadLock lock(&ThePool().lock);
+    for (std::unique_ptr<KaValueBase>& value : values)
+        if (CKaValue* const primitive = AsPrimitive(value.get())) {
+            // The pool would hold the room of every large text that ever passed through an instance.
+            if (primitive->Value().capacity() > kLargestKept)
+                std::wstring().swap(primitive->Value());
+            TakeOver(primitive);
+            static_cast<void>(value.release());
+        }
 }
 
 void RecycledValues::DropAll(std::vector<std::unique_ptr<KaValueBase>>& values) noexcept {
-    for (std::unique_ptr<KaValueBase>& value : values)
-        if (CKaValue* const primitive = AsPrimitive(value.get())) {
-            static_cast<void>(value.release());
-            Drop(primitive);
-        }
+    if (values.empty())
+        return;
+    try {
+        TakeOverAll(values);
+    } catch (...) { // NOLINT(bugprone-empty-catch): no memory for the pool's list, so the values go
+    }
+    // Without the lock: arrays and structs drop values of their own.
     values.clear();
 }
 

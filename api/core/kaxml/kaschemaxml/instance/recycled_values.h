@@ -25,8 +25,8 @@ class RecycledValues {
     static void DropAll(std::vector<std::unique_ptr<KaValueBase>>& values) noexcept;
 
   private:
-    static void Drop(CKaValue* value) noexcept;
     static void TakeOver(CKaValue* value);
+    static void TakeOverAll(std::vector<std::unique_ptr<KaValueBase>>& values);
 };
 
 } // namespace KAXML

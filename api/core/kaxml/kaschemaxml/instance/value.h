@@ -45,6 +45,8 @@ class KAXML_API KaValueBase {
     void SetPropertyName(std::wstring name) noexcept;
     bool IsNull() const noexcept;
     void SetToNull() noexcept;
+    /// Whether this is a CKaValue, not an array or a struct.
+    bool IsPrimitive() const noexcept { return m_isPrimitive; }
 
     /// A new value of the kind the property needs: an array, a struct with an empty instance, or a
     /// null primitive value from the pool. The caller owns it.
@@ -69,17 +71,19 @@ class KAXML_API KaValueBase {
 
   private:
     friend class CKaInstance;
+    friend class CKaValue;
     friend class KaArrayValue;
     friend class ModelCopier;
     friend class RecycledValues;
 
-    static void RequireProperty(const CKaProperty* property);
+    KAXML_LOCAL static void RequireProperty(const CKaProperty* property);
 
     CKaProperty* m_pProperty = nullptr;
     std::wstring m_propertyName;
     std::uint32_t m_status;
-    // An instance, an array or the pool owns the value. Stands in what would be padding.
-    bool m_isHeld = false;
+    // These stand in what would be padding.
+    bool m_isHeld = false; // by an instance, an array or the pool, which owns the value
+    bool m_isPrimitive = false;
 };
 
 /// A primitive value, held as text whatever its type.
@@ -100,6 +104,8 @@ class KAXML_API CKaValue : public KaValueBase {
     /// @param text  not null (KAXMLInvalidArgument). A null pointer constant picks this form.
     void SetValue(const wchar_t* text);
     void SetValue(const std::wstring& text);
+    /// Stores a text without copying it; `text` is left with the room of the text before, empty.
+    void SetValue(std::wstring&& text) noexcept;
     /// Stores a number in decimal. @param number  a 32-bit value (else KAXMLInvalidArgument, and
     /// nothing is changed).
     void SetValue(long number);

@@ -139,7 +139,7 @@ class KAXML_API CKaClass : public CKaCommon {
     friend class CKaSchema;
     friend class ModelCopier;
 
-    int WriteBaseClassToXML(IXMLDOMDocument2* document, IXMLDOMNode* element) const;
+    KAXML_LOCAL int WriteBaseClassToXML(IXMLDOMDocument2* document, IXMLDOMNode* element) const;
 
     std::wstring m_typeName;
     std::wstring m_baseClassName;

@@ -68,8 +68,8 @@ class KAXML_API CKaRelationshipClass : public CKaClass {
   private:
     friend class ModelCopier;
 
-    void ReadLegacyPairs(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node);
-    void ReadLegacyPair(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node);
+    KAXML_LOCAL void ReadLegacyPairs(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node);
+    KAXML_LOCAL void ReadLegacyPair(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node);
 
     std::wstring m_strength;
     std::wstring m_strengthDirection;

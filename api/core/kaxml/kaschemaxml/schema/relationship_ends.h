@@ -28,9 +28,10 @@ class KAXML_API CKaSource : public CKaCommon {
     friend class CKaRelationshipClass;
     friend class ModelCopier;
 
-    int ReadXML(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node);
-    int WriteXML(CKaRelationshipClass* relationshipClass, IXMLDOMDocument2* document, IXMLDOMNode* parent) const;
-    void ReadXMLClass(IXMLDOMNode* node);
+    KAXML_LOCAL int ReadXML(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node);
+    KAXML_LOCAL int WriteXML(CKaRelationshipClass* relationshipClass, IXMLDOMDocument2* document,
+                             IXMLDOMNode* parent) const;
+    KAXML_LOCAL void ReadXMLClass(IXMLDOMNode* node);
 
     CKaRelationshipClass* m_pOwner = nullptr;
 
@@ -68,9 +69,10 @@ class KAXML_API CKaTargets : public CKaCommon {
     friend class CKaRelationshipClass;
     friend class ModelCopier;
 
-    int ReadXML(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node);
-    int WriteXML(CKaRelationshipClass* relationshipClass, IXMLDOMDocument2* document, IXMLDOMNode* parent) const;
-    void ReadXMLClass(IXMLDOMNode* node);
+    KAXML_LOCAL int ReadXML(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node);
+    KAXML_LOCAL int WriteXML(CKaRelationshipClass* relationshipClass, IXMLDOMDocument2* document,
+                             IXMLDOMNode* parent) const;
+    KAXML_LOCAL void ReadXMLClass(IXMLDOMNode* node);
 
     CKaRelationshipClass* m_pOwner = nullptr;
 

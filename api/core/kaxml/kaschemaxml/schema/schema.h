@@ -250,12 +250,22 @@ class KAXML_API CKaSchema : public CKaCommon {
     friend class CKaSchemaReference;
     friend class ModelCopier;
 
-    void init(const std::wstring& name, const std::wstring& prefix);
-    static void* findKaClassCallback(CKaClass* kaClass, void* context);
-    static void* findKaRelationshipClassCallback(CKaRelationshipClass* relationshipClass, void* context);
-    int ReadFile(const std::wstring& path, const SchemaDocument* referrer);
-    void ReadRootAttributes(IXMLDOMNode* root);
-    void DeleteReferencedSchemas() noexcept;
+    // Where a class of some name goes: before the first one that names it as its base class.
+    struct PlaceInList {
+        bool isNameTaken;
+        std::size_t index;
+    };
+    template <typename Class> using Classes = std::vector<std::unique_ptr<Class>>;
+    template <typename Class> KAXML_LOCAL static PlaceInList FindPlace(const Classes<Class>& classes,
+                                                                       const Class* added, const std::wstring& name);
+    template <typename Class> KAXML_LOCAL static void AddClass(Classes<Class>& classes, Class* added);
+
+    KAXML_LOCAL void init(const std::wstring& name, const std::wstring& prefix);
+    KAXML_LOCAL static void* findKaClassCallback(CKaClass* kaClass, void* context);
+    KAXML_LOCAL static void* findKaRelationshipClassCallback(CKaRelationshipClass* relationshipClass, void* context);
+    KAXML_LOCAL int ReadFile(const std::wstring& path, const SchemaDocument* referrer);
+    KAXML_LOCAL void ReadRootAttributes(IXMLDOMNode* root);
+    KAXML_LOCAL void DeleteReferencedSchemas() noexcept;
 
     std::wstring m_schemaName;
     std::wstring m_schemaPrefix;

@@ -14,32 +14,12 @@ namespace {
 
 template <typename Class> using ClassList = std::vector<std::unique_ptr<Class>>;
 
-template <typename Class> bool HasName(const ClassList<Class>& classes, const std::wstring& name) {
-    return std::any_of(classes.begin(), classes.end(),
-                       [&name](const auto& kaClass) { return kaClass->TypeName() == name; });
-}
-
-// The name itself, or with the first number from 2 on that makes it unique.
-template <typename Class> std::wstring UniqueName(const ClassList<Class>& classes, const std::wstring& base) {
-    if (!HasName(classes, base))
-        return base;
+// The name with the first number from 2 on that makes it unique.
+template <typename Class> std::wstring NumberedName(const ClassList<Class>& classes, const std::wstring& base) {
     FreeName name(base, classes.size());
     for (const auto& kaClass : classes)
         name.Exclude(kaClass->TypeName());
     return name.Get();
-}
-
-template <typename Class> void AddClass(ClassList<Class>& classes, Class* added) {
-    const auto isAdded = [added](const auto& kaClass) { return kaClass.get() == added; };
-    if (std::any_of(classes.begin(), classes.end(), isAdded))
-        throw KAXMLLogicError(L"Attempted to add KaClass '" + added->TypeName() +
-                              L"' to a KaSchema that already holds it");
-    const std::wstring name = UniqueName(classes, added->TypeName());
-    classes.reserve(classes.size() + 1);
-    if (name != added->TypeName())
-        added->SetTypeName(name);
-    const auto derivesFromAdded = [&name](const auto& kaClass) { return kaClass->GetBaseClass() == name; };
-    classes.emplace(std::find_if(classes.begin(), classes.end(), derivesFromAdded), added);
 }
 
 // The steps of the two iterations, which differ in the list only.
@@ -51,10 +31,10 @@ void* Iterate(const ClassList<Class>& classes, void* (*callback)(Class*, void*),
     return nullptr;
 }
 
-void* MatchName(CKaClass* kaClass, void* context, const wchar_t* operation) {
+const std::wstring_view& RequireName(const void* context, const wchar_t* operation) {
     if (context == nullptr)
         throw KAXMLRuntimeError(std::wstring(L"NULL context passed ot ") + operation);
-    return kaClass->TypeName() == *static_cast<const std::wstring_view*>(context) ? kaClass : nullptr;
+    return *static_cast<const std::wstring_view*>(context);
 }
 
 template <typename Class> Class* IfMatches(Class* found, unsigned long classTypeMask) {
@@ -62,6 +42,36 @@ template <typename Class> Class* IfMatches(Class* found, unsigned long classType
 }
 
 } // namespace
+
+// One look at each class of the list answers all questions: schema files name thousands of classes.
+template <typename Class> CKaSchema::PlaceInList CKaSchema::FindPlace(const Classes<Class>& classes, const Class* added,
+                                                                      const std::wstring& name) {
+    PlaceInList place{false, classes.size()};
+    for (std::size_t i = 0; i < classes.size(); ++i) {
+        const Class* const listed = classes[i].get();
+        if (listed == added)
+            throw KAXMLLogicError(L"Attempted to add KaClass '" + added->m_typeName +
+                                  L"' to a KaSchema that already holds it");
+        place.isNameTaken = place.isNameTaken || listed->m_typeName == name;
+        if (place.index == classes.size() && listed->m_baseClassName == name)
+            place.index = i;
+    }
+    return place;
+}
+
+template <typename Class> void CKaSchema::AddClass(Classes<Class>& classes, Class* added) {
+    PlaceInList place = FindPlace<Class>(classes, added, added->m_typeName);
+    std::wstring name;
+    if (place.isNameTaken) {
+        name = NumberedName(classes, added->m_typeName);
+        place = FindPlace<Class>(classes, added, name);
+    }
+    if (classes.size() == classes.capacity())
+        classes.reserve(std::max<std::size_t>(8, 2 * classes.size()));
+    if (!name.empty())
+        added->SetTypeName(name);
+    classes.emplace(classes.begin() + static_cast<std::ptrdiff_t>(place.index), added);
+}
 
 void CKaSchema::AddKaClass(CKaClass* kaClass) {
     if (kaClass == nullptr)
@@ -130,11 +140,12 @@ void* CKaSchema::IterateOverAllRelationshipClasses(KaRelationshipClassCallback c
 }
 
 void* CKaSchema::findKaClassCallback(CKaClass* kaClass, void* context) {
-    return MatchName(kaClass, context, L"findKaClassCallback");
+    return kaClass->m_typeName == RequireName(context, L"findKaClassCallback") ? kaClass : nullptr;
 }
 
 void* CKaSchema::findKaRelationshipClassCallback(CKaRelationshipClass* relationshipClass, void* context) {
-    return MatchName(relationshipClass, context, L"findKaRelationshipClassCallback");
+    const std::wstring_view& name = RequireName(context, L"findKaRelationshipClassCallback");
+    return relationshipClass->m_typeName == name ? relationshipClass : nullptr;
 }
 
 CKaClass* CKaSchema::FindKaClass(const wchar_t* name, unsigned long classTypeMask) const {
@@ -147,8 +158,7 @@ CKaRelationshipClass* CKaSchema::FindKaRelationshipClass(const wchar_t* name, un
     std::wstring_view wanted(name == nullptr ? L"" : name);
     void* const context = name == nullptr ? nullptr : &wanted;
     void* const found = IterateOverAllRelationshipClasses(&findKaRelationshipClassCallback, context, 1);
-    // MatchName gives the class back as a CKaClass.
-    return IfMatches(static_cast<CKaRelationshipClass*>(static_cast<CKaClass*>(found)), classTypeMask);
+    return IfMatches(static_cast<CKaRelationshipClass*>(found), classTypeMask);
 }
 
 void CKaSchema::RemoveAllClasses() noexcept {

@@ -49,7 +49,7 @@ class KAXML_API CKaSchemaReference {
     friend class CKaSchema;
     friend class ModelCopier;
 
-    void ReadAttributes(IXMLDOMNode* node);
+    KAXML_LOCAL void ReadAttributes(IXMLDOMNode* node);
     CKaSchema* m_pKaSchema = nullptr;
 };
 

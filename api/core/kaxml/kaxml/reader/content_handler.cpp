@@ -33,18 +33,11 @@ CKAXMLSAXContentHandler::CKAXMLSAXContentHandler(CKaSchema* schema, void* contex
 
 CKAXMLSAXContentHandler::~CKAXMLSAXContentHandler() = default;
 
-StateStack& CKAXMLSAXContentHandler::GetStateStack() const {
-    if (!m_pStateStack)
-        throw KAXMLLogicError(L"m_pStateStack is NULL");
-    return *m_pStateStack;
-}
+void CKAXMLSAXContentHandler::ThrowNoStack() { throw KAXMLLogicError(L"m_pStateStack is NULL"); }
 
-StateHandler& CKAXMLSAXContentHandler::Top(const wchar_t* operation) const {
-    StateHandler* const top = GetStateStack().Top();
-    if (top == nullptr)
-        throw KAXMLRuntimeError(std::wstring(L"GetStateStack().top() returned NULL in CKAXMLSAXContentHandler::") +
-                                operation);
-    return *top;
+void CKAXMLSAXContentHandler::ThrowNoTop(const wchar_t* operation) {
+    throw KAXMLRuntimeError(std::wstring(L"GetStateStack().top() returned NULL in CKAXMLSAXContentHandler::") +
+                            operation);
 }
 
 HRESULT CKAXMLSAXContentHandler::raw_startElement(const wchar_t* uri, int uriLength, const wchar_t* localName,

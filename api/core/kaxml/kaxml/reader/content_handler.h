@@ -32,7 +32,11 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
     HRESULT raw_characters(const wchar_t* text, std::size_t length) override;
 
     /// @throws KAXMLLogicError when there is none.
-    StateStack& GetStateStack() const;
+    StateStack& GetStateStack() const {
+        if (!m_pStateStack)
+            ThrowNoStack();
+        return *m_pStateStack;
+    }
 
     int GetImportedCount() const noexcept { return m_importedCount; }
     void IncrementImportedCount() noexcept { ++m_importedCount; }
@@ -55,7 +59,15 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
     SpareStrings& Strings() noexcept { return m_spareStrings; }
 
   private:
-    StateHandler& Top(const wchar_t* operation) const;
+    /// @throws KAXMLRuntimeError, naming the operation, when there is none.
+    StateHandler& Top(const wchar_t* operation) const {
+        StateHandler* const top = GetStateStack().Top();
+        if (top == nullptr)
+            ThrowNoTop(operation);
+        return *top;
+    }
+    [[noreturn]] static void ThrowNoTop(const wchar_t* operation);
+    [[noreturn]] static void ThrowNoStack();
 
     SpareStrings m_spareStrings; // in front: the handlers on the stack give their strings back
 

@@ -41,14 +41,14 @@ CKaProperty* InstanceFiller::FindProperty(std::wstring_view name) {
     if (!UsesTables())
         return (m_found = m_properties.Search(kaClass, name)).property;
     const auto found = m_tables->properties.find(name);
-    m_found = {found != m_tables->properties.end() ? found->second : nullptr, m_hasFirstValue.size()};
+    m_found = {found != m_tables->properties.end() ? found->second : nullptr, kValues};
     return m_found.property;
 }
 
 // Whether the instance certainly holds no value of the property's name: whatever it holds is a first
 // value of another property. The tables know all values, so with them there is no other way in.
 bool InstanceFiller::IsFirstValue() noexcept {
-    if (m_tables || m_instance.GetKaValueCount() != m_firstValues || m_found.number >= m_hasFirstValue.size() ||
+    if (m_tables || m_instance.GetKaValueCount() != m_firstValues || m_found.number >= kValues ||
         m_hasFirstValue[m_found.number])
         return false;
     m_hasFirstValue[m_found.number] = true;
@@ -68,10 +68,10 @@ void InstanceFiller::AddValue(std::unique_ptr<KaValueBase> value) {
     static_cast<void>(value.release());
 }
 
-void InstanceFiller::SetText(std::wstring_view name, const std::wstring& text) {
+void InstanceFiller::SetText(std::wstring_view name, std::wstring& text) {
     if (IsFirstValue()) {
         std::unique_ptr<CKaValue> value(CKaSchema::GetRecycledKaValue(m_found.property));
-        value->SetValue(text);
+        value->SetValue(std::move(text));
         m_instance.Append(value.get());
         static_cast<void>(value.release());
     } else if (UsesTables()) {

@@ -3,6 +3,7 @@
 #include <kaxml/kaxml/reader/known_properties.h>
 
 #include <bitset>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -34,8 +35,8 @@ class InstanceFiller {
     CKaProperty* FindProperty(std::wstring_view name);
     /// CKaInstance::AddKaValue.
     void AddValue(std::unique_ptr<KaValueBase> value);
-    /// CKaInstance::SetPropertyValue, for a primitive property.
-    void SetText(std::wstring_view name, const std::wstring& text);
+    /// CKaInstance::SetPropertyValue, for a primitive property. May take the text over.
+    void SetText(std::wstring_view name, std::wstring& text);
 
   private:
     // Of equal names the first. The views are of the names in the properties and values themselves.
@@ -55,7 +56,8 @@ class InstanceFiller {
     CKaInstance& m_instance;
     KnownProperties& m_properties;
     KnownProperty m_found;
-    std::bitset<256> m_hasFirstValue; // by the properties' numbers
+    static constexpr std::uint32_t kValues = 256;
+    std::bitset<kValues> m_hasFirstValue; // by the properties' numbers
     std::size_t m_firstValues = 0;
     int m_searches = 0;
     std::unique_ptr<Tables> m_tables;

@@ -63,6 +63,7 @@ class PropertiesHandler : public StateHandler {
     /// @param instance  the instance to fill; not null (KAXMLInvalidArgument), with a class
     ///                  (KAXMLRuntimeError); not owned.
     PropertiesHandler(StateHandler* parent, CKaInstance* instance);
+    ~PropertiesHandler() override;
 
     START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
                               std::unique_ptr<StateHandler>& nextHandler) override;
@@ -82,6 +83,7 @@ class ArrayHandler : public StateHandler {
   public:
     /// @param arrayValue  the array to fill; not null (KAXMLInvalidArgument); not owned.
     ArrayHandler(StateHandler* parent, KaArrayValue* arrayValue);
+    ~ArrayHandler() override;
 
     START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
                               std::unique_ptr<StateHandler>& nextHandler) override;
@@ -89,7 +91,7 @@ class ArrayHandler : public StateHandler {
     END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler) override;
 
   private:
-    std::wstring m_memberElementName;
+    std::wstring_view m_memberElementName;
     CKaProperty* m_pProperty;
     int m_membersAreStructs;
     KaArrayValue* m_pArrayValue;

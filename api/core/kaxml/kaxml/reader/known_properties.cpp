@@ -7,7 +7,7 @@ namespace KAXML {
 
 namespace {
 
-constexpr std::size_t kSlots = 1024;
+constexpr std::size_t kSlots = 4096;
 
 } // namespace
 

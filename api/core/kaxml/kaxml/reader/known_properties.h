@@ -13,7 +13,7 @@ class CKaProperty;
 /// A property and its number in the search through its class and the base classes.
 struct KnownProperty {
     CKaProperty* property = nullptr;
-    std::size_t number = 0;
+    std::uint32_t number = 0;
 };
 
 /// Finds the properties that the elements of a document name.
@@ -37,7 +37,7 @@ class KnownProperties {
         const wchar_t* name = nullptr;
         std::uint32_t level = 0; // how many base classes up
         std::uint32_t index = 0; // in that class
-        std::size_t number = 0;
+        std::uint32_t number = 0;
     };
 
     Place& SlotOf(const CKaClass& kaClass, std::wstring_view name);

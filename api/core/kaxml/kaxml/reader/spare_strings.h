@@ -7,13 +7,14 @@
 namespace KAXML {
 
 /// Strings with room in them, handed from handlers that are finished to handlers that begin, so
-/// that a document of many small instances does not allocate two strings for each handler.
+/// that a document of many small instances does not allocate a string for each handler.
 class SpareStrings {
   public:
-    /// Swaps a spare string into an empty one, if there is any.
+    /// Gives an empty string the room of a spare one, if there is any.
     void Take(std::wstring& text) noexcept {
         if (m_count > 0)
             text.swap(m_strings[--m_count]);
+        text.clear();
     }
 
     /// Keeps a string's room for later, unless a large value made it large.

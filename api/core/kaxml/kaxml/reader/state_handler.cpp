@@ -6,37 +6,11 @@
 
 namespace KAXML {
 
-namespace {
-
-// Ordinary names and values fit without the strings growing.
-constexpr std::size_t kReservedCharacters = 128;
-
-void Empty(std::wstring& text) {
-    text.clear();
-    if (text.capacity() < kReservedCharacters)
-        text.reserve(kReservedCharacters);
-}
-
-} // namespace
-
 StateHandler::StateHandler(StateHandler* parent, const wchar_t* elementName)
-    : m_pParent(parent), m_pSaxHandler(parent == nullptr ? nullptr : parent->m_pSaxHandler) {
-    if (m_pSaxHandler != nullptr) {
-        m_pSaxHandler->Strings().Take(m_chars);
-        m_pSaxHandler->Strings().Take(m_elementName);
-    }
-    Reset();
-    m_elementName = elementName;
-}
+    : m_pParent(parent), m_pSaxHandler(parent == nullptr ? nullptr : parent->m_pSaxHandler),
+      m_elementName(elementName) {}
 
-StateHandler::~StateHandler() {
-    if (m_pSaxHandler != nullptr) {
-        m_pSaxHandler->Strings().GiveBack(m_elementName);
-        m_pSaxHandler->Strings().GiveBack(m_chars);
-    }
-}
-
-std::wstring StateHandler::PathSegment() const { return L"." + m_elementName; }
+std::wstring StateHandler::PathSegment() const { return Concat(L".", m_elementName); }
 
 START_ACTION StateHandler::StartElement(const ElementName& name, XMLAttributes&, std::unique_ptr<StateHandler>&) {
     TrackStart(name.localName);
@@ -49,36 +23,15 @@ END_ACTION StateHandler::EndElement(const ElementName& name, std::unique_ptr<Sta
     return TrackEnd(name.localName);
 }
 
-void StateHandler::Reset() {
-    Empty(m_chars);
-    Empty(m_elementName);
-    m_depth = 0;
-}
-
 CKAXMLSAXContentHandler& StateHandler::GetSaxHandler() const {
     if (m_pSaxHandler == nullptr)
         throw KAXMLRuntimeError(L"Asking for m_pSaxHandler when it is NULL");
     return *m_pSaxHandler;
 }
 
-void StateHandler::TrackStart(std::wstring_view localName) {
-    ++m_depth;
-    if (m_elementName.empty())
-        m_elementName = localName;
-    else if (m_depth == 1 && m_elementName != localName)
-        throw KAXMLFormatError(FormatPathMessage(L"Unexpected element."));
-}
+void StateHandler::ThrowUnexpectedStart() const { throw KAXMLFormatError(FormatPathMessage(L"Unexpected element.")); }
 
-END_ACTION StateHandler::TrackEnd(std::wstring_view localName) {
-    --m_depth;
-    if (m_depth < 0)
-        return POP_UNHANDLED;
-    if (m_depth > 0)
-        return NOCHANGE;
-    if (m_elementName != localName)
-        throw KAXMLRuntimeError(L"EndElement called on unexpected element");
-    return POP;
-}
+void StateHandler::ThrowUnexpectedEnd() { throw KAXMLRuntimeError(L"EndElement called on unexpected element"); }
 
 std::wstring StateHandler::FormatPathMessage(const std::wstring& message) const {
     std::wstring path;

@@ -35,6 +35,11 @@ struct ElementName {
     std::wstring_view qName;
 };
 
+/// Whether two names of elements are the same text; mostly they are the same view.
+inline bool IsSameName(std::wstring_view first, std::wstring_view second) noexcept {
+    return first.size() == second.size() && (first.data() == second.data() || first == second);
+}
+
 /// Understands one kind of element of instance documents. Handlers stand on the content handler's
 /// stack, which owns them; every event goes to the top one, whose answer says how the stack changes.
 ///
@@ -44,11 +49,11 @@ class StateHandler {
   public:
     /// @param parent       the handler that made this one, for error paths and for the content
     ///                     handler; null for the root handler.
-    /// @param elementName  may be empty until the first start tag.
+    /// @param elementName  may be empty until the first start tag; must outlive the handler.
     StateHandler(StateHandler* parent, const wchar_t* elementName);
     StateHandler(const StateHandler&) = delete;
     StateHandler& operator=(const StateHandler&) = delete;
-    virtual ~StateHandler();
+    virtual ~StateHandler() = default;
 
     /// This handler's part of an error path: "." and the element's name.
     virtual std::wstring PathSegment() const;
@@ -61,13 +66,29 @@ class StateHandler {
     virtual END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler);
 
     /// Makes the handler ready for the next of several sibling elements.
-    void Reset();
+    void Reset() noexcept {
+        m_chars.clear();
+        m_elementName = {};
+        m_depth = 0;
+    }
     /// @throws KAXMLRuntimeError when there is none.
     CKAXMLSAXContentHandler& GetSaxHandler() const;
     /// Takes note of a start tag. @throws KAXMLFormatError for an unexpected element.
-    void TrackStart(std::wstring_view localName);
+    void TrackStart(std::wstring_view localName) {
+        ++m_depth;
+        if (m_elementName.empty())
+            m_elementName = localName;
+        else if (m_depth == 1 && !IsSameName(m_elementName, localName))
+            ThrowUnexpectedStart();
+    }
     /// Takes note of an end tag and answers what it means for this handler.
-    END_ACTION TrackEnd(std::wstring_view localName);
+    END_ACTION TrackEnd(std::wstring_view localName) {
+        if (--m_depth != 0)
+            return m_depth < 0 ? POP_UNHANDLED : NOCHANGE;
+        if (!IsSameName(m_elementName, localName))
+            ThrowUnexpectedEnd();
+        return POP;
+    }
     /// The message with the path of elements in front.
     std::wstring FormatPathMessage(const std::wstring& message) const;
 
@@ -75,8 +96,12 @@ class StateHandler {
     StateHandler* m_pParent;
     CKAXMLSAXContentHandler* m_pSaxHandler;
     std::wstring m_chars;
-    std::wstring m_elementName;
-    std::int32_t m_depth;
+    std::wstring_view m_elementName; // of the names that live as long as the parse
+    std::int32_t m_depth = 0;
+
+  private:
+    [[noreturn]] void ThrowUnexpectedStart() const;
+    [[noreturn]] static void ThrowUnexpectedEnd();
 };
 
 /// Swallows an element with everything in it. Pushed with PUSH_UNHANDLED.

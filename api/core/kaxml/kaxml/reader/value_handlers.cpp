@@ -38,7 +38,10 @@ PropertiesHandler::PropertiesHandler(StateHandler* parent, CKaInstance* instance
       m_filler(instance, GetSaxHandler().Properties()) {
     if (instance->GetKaClass() == nullptr)
         throw KAXMLRuntimeError(L"KaInstance with no KaClass was passed to PropertiesHandler constructor!");
+    m_pSaxHandler->Strings().Take(m_chars);
 }
+
+PropertiesHandler::~PropertiesHandler() { m_pSaxHandler->Strings().GiveBack(m_chars); }
 
 START_ACTION PropertiesHandler::StartElement(const ElementName& name, XMLAttributes&,
                                              std::unique_ptr<StateHandler>& nextHandler) {
@@ -89,13 +92,18 @@ END_ACTION PropertiesHandler::EndElement(const ElementName& name, std::unique_pt
 ArrayHandler::ArrayHandler(StateHandler* parent, KaArrayValue* arrayValue)
     : StateHandler(parent, L""),
       m_memberElementName(
-          Require(arrayValue, L"Passed NULL pArrayValue into ArrayHandler constructor")->GetProperty()->GetTypeName()),
-      m_pProperty(arrayValue->GetProperty()), m_membersAreStructs(m_pProperty->IsStruct()), m_pArrayValue(arrayValue) {}
+          Require(arrayValue, L"Passed NULL pArrayValue into ArrayHandler constructor")->GetProperty()->TypeName()),
+      m_pProperty(arrayValue->GetProperty()), m_membersAreStructs(m_pProperty->IsStruct()), m_pArrayValue(arrayValue) {
+    GetSaxHandler().Strings().Take(m_memberText);
+}
+
+ArrayHandler::~ArrayHandler() { m_pSaxHandler->Strings().GiveBack(m_memberText); }
 
 START_ACTION ArrayHandler::StartElement(const ElementName& name, XMLAttributes&,
                                         std::unique_ptr<StateHandler>& nextHandler) {
-    if (m_memberElementName != name.localName)
+    if (!IsSameName(m_memberElementName, name.localName))
         throw KAXMLFormatError(L"Encountered array element with name not equal to the property's type name");
+    m_memberElementName = name.localName; // the same text, told by its place from now on
     m_memberText.clear();
     if (m_membersAreStructs != 0) {
         KaStructValue* const member = AddTo(*m_pArrayValue, std::make_unique<KaStructValue>(m_pProperty));
@@ -114,7 +122,7 @@ END_ACTION ArrayHandler::EndElement(const ElementName& name, std::unique_ptr<Sta
     if (m_membersAreStructs != 0)
         throw KAXMLLogicError(L"The StructHandler should have gotten the EndElement message, not us");
     std::unique_ptr<CKaValue> member(RecycledValues::Get(m_pProperty));
-    member->SetValue(m_memberText);
+    member->SetValue(std::move(m_memberText));
     AddTo(*m_pArrayValue, std::move(member));
     m_memberText.clear();
     return NOCHANGE;

@@ -21,7 +21,7 @@ class KAXML_API XMLAttributes {
 
   private:
     friend class CKAXMLSAXContentHandler;
-    explicit XMLAttributes(ISAXAttributes* attributes);
+    KAXML_LOCAL explicit XMLAttributes(ISAXAttributes* attributes);
 
     ISAXAttributes* m_pAttributes;
 };
