@@ -8,7 +8,8 @@ FORMATTED = find api bench examples fuzz tests \( -name '*.h' -o -name '*.cpp' \
 # programs run without randomization where the system lets us turn it off.
 FIXED_ADDRESSES := $(shell setarch -R true 2>/dev/null && echo setarch -R)
 
-.PHONY: help setup build demo test sanitize tsan coverage fuzz fuzz-replay build-fuzz bench format format-check clean
+.PHONY: help setup build demo test sanitize tsan coverage fuzz fuzz-replay build-fuzz bench install package \
+    check-install check-package abi-check abi-update format format-check clean
 .DEFAULT_GOAL := help
 
 help:
@@ -21,12 +22,18 @@ help:
 	@echo "make fuzz-replay   run the fuzz targets on their seeds and past findings only"
 	@echo "make coverage      say which lines and branches of api/ the tests reach (some 6 minutes)"
 	@echo "make bench         measure against libxml2 and pugixml, print the table (some 5 minutes)"
+	@echo "make install       install the library into PREFIX=/usr/local"
+	@echo "make package       make the Debian packages, in build/release/packages"
+	@echo "make check-install build clients of the installed library, GCC and Clang, static too (some 2 minutes)"
+	@echo "make check-package install the Debian packages into the system, use and remove them (as root)"
+	@echo "make abi-check     compare the exported symbols and the installed files with tests/interface"
+	@echo "make abi-update    write them to tests/interface"
 	@echo "make format        put the sources into the project's format     (needs clang-format)"
 	@echo "make format-check  say which sources are not in that format      (needs clang-format)"
 	@echo "make setup         install the missing Debian packages only"
 	@echo "make clean         remove build/"
 	@echo
-	@echo "The first eight install missing Debian packages first (as root or through sudo) and need"
+	@echo "Those above format install missing Debian packages first (as root or through sudo) and need"
 	@echo "nothing else. Everything that has to pass before a change is accepted: .ci/run"
 
 setup:
@@ -99,6 +106,40 @@ bench:
 	cmake --build --preset bench --parallel $(JOBS)
 	@echo "This takes some 5 minutes; let the machine do nothing else meanwhile."
 	build/bench/bench/kaxml_bench $(BENCH_OPTIONS)
+
+# The library alone. What is packaged is laid out for /usr; that compiles nothing again.
+define build_library
+	cmake --preset release $(1)
+	cmake --build --preset release --parallel $(JOBS) --target kaxml
+endef
+
+PREFIX ?= /usr/local
+
+install: setup
+	$(call build_library,-DCMAKE_INSTALL_PREFIX=$(abspath $(PREFIX)))
+	cmake --install build/release
+
+package:
+	@tools/setup.sh packages
+	$(call build_library,-DCMAKE_INSTALL_PREFIX=/usr)
+	cmake -E rm -rf build/release/packages
+	cpack --config build/release/CPackConfig.cmake
+
+check-install:
+	@tools/setup.sh ci
+	$(build_library)
+	JOBS=$(JOBS) tests/consumers/installed.sh build/release
+
+check-package: package
+	tests/consumers/packages.sh build/release/packages
+
+abi-check: setup
+	$(build_library)
+	tests/interface/check.sh build/release
+
+abi-update: setup
+	$(build_library)
+	tests/interface/check.sh build/release --update
 
 format:
 	$(FORMATTED) | xargs -0 clang-format -i

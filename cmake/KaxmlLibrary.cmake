@@ -34,7 +34,11 @@ add_library(kaxml ${kaxml_library_type} $<TARGET_OBJECTS:kaxml_objects>)
 add_library(kaxml::kaxml ALIAS kaxml)
 kaxml_target_options(kaxml)
 target_compile_features(kaxml PUBLIC cxx_std_17)
-target_include_directories(kaxml PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/api/core>)
+kaxml_public_headers(kaxml_headers ${PROJECT_SOURCE_DIR}/api/core kaxml/kaxml.h)
+target_sources(kaxml PUBLIC
+    FILE_SET HEADERS
+    BASE_DIRS ${PROJECT_SOURCE_DIR}/api/core
+    FILES ${kaxml_headers})
 target_link_libraries(kaxml PRIVATE LibXml2::LibXml2)
 set_target_properties(kaxml PROPERTIES
     LINKER_LANGUAGE CXX
@@ -44,4 +48,9 @@ set_target_properties(kaxml PROPERTIES
 if(kaxml_library_type STREQUAL "STATIC")
     target_compile_definitions(kaxml_objects PUBLIC KAXML_STATIC)
     target_compile_definitions(kaxml PUBLIC KAXML_STATIC)
+elseif(UNIX AND NOT APPLE)
+    set(kaxml_symbol_map ${PROJECT_BINARY_DIR}/libkaxml.map)
+    configure_file(${CMAKE_CURRENT_LIST_DIR}/libkaxml.map.in ${kaxml_symbol_map} @ONLY)
+    target_link_options(kaxml PRIVATE LINKER:--version-script=${kaxml_symbol_map})
+    set_target_properties(kaxml PROPERTIES LINK_DEPENDS ${kaxml_symbol_map})
 endif()

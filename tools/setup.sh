@@ -3,6 +3,7 @@
 #
 #   tools/setup.sh           compiler, CMake, Ninja, libxml2; GoogleTest and locales for the tests
 #   tools/setup.sh ci        also Clang and its tools, for the whole set of checks
+#   tools/setup.sh packages  also what CPack needs to make Debian packages
 #   tools/setup.sh coverage  also gcovr
 #   tools/setup.sh bench     also Google Benchmark, and pugixml to compare with
 #
@@ -13,10 +14,11 @@ packages="g++ cmake ninja-build pkg-config libxml2-dev libgtest-dev locales"
 for extra in "$@"; do
     case $extra in
     ci) packages="$packages clang clang-format clang-tidy libclang-rt-14-dev" ;;
+    packages) packages="$packages dpkg-dev file" ;;
     coverage) packages="$packages gcovr" ;;
     bench) packages="$packages libbenchmark-dev libpugixml-dev" ;;
     *)
-        echo "setup: unknown argument '$extra' (known: ci, coverage, bench)" >&2
+        echo "setup: unknown argument '$extra' (known: ci, packages, coverage, bench)" >&2
         exit 2
         ;;
     esac
