@@ -37,11 +37,15 @@
 #include <kaxml/kaschemaxml/schema/relationship_ends.h>
 #include <kaxml/kaschemaxml/schema/schema.h>
 #include <kaxml/kaschemaxml/schema/schema_reference.h>
+#include <kaxml/kaxml/core/describe.h>
 #include <kaxml/kaxml/core/errors.h>
 #include <kaxml/kaxml/core/identifiers.h>
 #include <kaxml/kaxml/core/logging.h>
+#include <kaxml/kaxml/core/scoped_logging.h>
 #include <kaxml/kaxml/core/text.h>
 #include <kaxml/kaxml/core/version.h>
 #include <kaxml/kaxml/reader/parse.h>
+#include <kaxml/kaxml/reader/parse_callables.h>
+#include <kaxml/kaxml/reader/schema_instance_factory.h>
 #include <kaxml/kaxml/reader/xml_attributes.h>
 #include <kaxml/platform/com_error.h>
