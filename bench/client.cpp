@@ -71,19 +71,11 @@ Tally Client::Count(const std::filesystem::path& document) {
     return tally;
 }
 
-KAXML::CKaInstance* Client::CreateKaInstance(const wchar_t*, const wchar_t* className, int* isRelationship) {
-    if (auto* relationshipClass = m_schema.FindKaRelationshipClass(className, KAXML::KA_DOMAIN_CLASS)) {
-        *isRelationship = 1;
-        return new KAXML::KaRelationshipInstance(relationshipClass);
-    }
-    auto* kaClass = m_schema.FindKaClass(className, KAXML::KA_DOMAIN_CLASS);
-    return kaClass ? new KAXML::CKaInstance(kaClass) : nullptr;
-}
-
 std::size_t Client::Parse(int isUrl, const std::wstring& source, const Visitor& visitor) {
     Receiver receiver{visitor};
+    KAXML::CKaSchemaInstanceFactory factory(&m_schema);
     KAXML::ParseKaInstanceXML(isUrl, source.c_str(), &m_schema, &receiver, nullptr, &OnInstance, &OnRelationship,
-                              nullptr, nullptr, nullptr, this, 0);
+                              nullptr, nullptr, nullptr, &factory, 0);
     return receiver.count;
 }
 

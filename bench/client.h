@@ -13,7 +13,7 @@ namespace bench {
 void ReadSchema(KAXML::CKaSchema& schema, const std::filesystem::path& file);
 
 /// A client of the library that streams instance documents of one schema.
-class Client final : private KAXML::IKaInstanceFactory {
+class Client final {
   public:
     /// Is shown each instance before the library destroys it.
     using Visitor = std::function<void(const KAXML::CKaInstance&)>;
@@ -27,8 +27,6 @@ class Client final : private KAXML::IKaInstanceFactory {
     Tally Count(const std::filesystem::path& document);
 
   private:
-    KAXML::CKaInstance* CreateKaInstance(const wchar_t* namespaceUri, const wchar_t* className,
-                                         int* isRelationship) override;
     std::size_t Parse(int isUrl, const std::wstring& source, const Visitor& visitor);
 
     KAXML::CKaSchema m_schema;

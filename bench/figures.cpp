@@ -45,6 +45,7 @@ std::vector<Figure> AllFigures() {
     for (const char* const name : {"wide", "arrays", "long", "many"})
         AddParses(list, name, 1.8, {});
     list.push_back({"two threads, two documents / one, one", "threads/two", "threads/one", 1.4});
+    list.push_back({"the same of the raw parser: the machine's share", "threads/raw two", "threads/raw one", {}});
     AddSchemas(list);
     list.push_back({"AppendAsXml, a document / copy its text", "append/ours", "append/copy", 4.0});
     list.push_back({"AppendAsXml, one instance / copy its text", "append one/ours", "append one/copy", 4.0});

@@ -38,30 +38,36 @@ void AddWideText(std::vector<Measurement>& list, Inputs& inputs) {
                     }});
 }
 
-// Parses in this thread and, for each further client, in one more.
-void ParseInThreads(const InstanceInput& input, std::deque<Client>& clients) {
+// How long the jobs take that run at once, one in this thread. The time of several threads is always
+// that of a clock on the wall.
+double MeasureAtOnce(const std::vector<std::function<void()>>& jobs) {
+    const auto start = std::chrono::steady_clock::now();
     std::vector<std::thread> others;
-    for (std::size_t i = 1; i < clients.size(); ++i)
-        others.emplace_back([&, i] { clients[i].ParseFile(input.document); });
-    clients.front().ParseFile(input.document);
+    for (std::size_t i = 1; i < jobs.size(); ++i)
+        others.emplace_back(jobs[i]);
+    jobs.front()();
     for (std::thread& other : others)
         other.join();
-}
-
-// The time of several threads is always that of a clock on the wall.
-double MeasureThreads(const InstanceInput& input, std::size_t count) {
-    std::deque<Client> clients;
-    for (std::size_t i = 0; i < count; ++i)
-        clients.emplace_back(input.schema);
-    const auto start = std::chrono::steady_clock::now();
-    ParseInThreads(input, clients);
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-void AddThreads(std::vector<Measurement>& list, Inputs& inputs, const std::string& name, std::size_t count) {
-    list.push_back({"threads/" + name, Unit::seconds, [&inputs, count](benchmark::State& state) {
+double ParseAtOnce(const InstanceInput& input, std::size_t count) {
+    std::deque<Client> clients;
+    std::vector<std::function<void()>> jobs;
+    for (std::size_t i = 0; i < count; ++i)
+        jobs.push_back([&input, &client = clients.emplace_back(input.schema)] { client.ParseFile(input.document); });
+    return MeasureAtOnce(jobs);
+}
+
+double RawParseAtOnce(const InstanceInput& input, std::size_t count) {
+    return MeasureAtOnce({count, [&input] { RawParse(input.document); }});
+}
+
+void AddThreads(std::vector<Measurement>& list, Inputs& inputs, const std::string& name,
+                double (*parse)(const InstanceInput&, std::size_t), std::size_t count) {
+    list.push_back({"threads/" + name, Unit::seconds, [&inputs, parse, count](benchmark::State& state) {
                         for (auto _ : state)
-                            state.counters[kValue] = MeasureThreads(inputs.Document(Kind::plant), count);
+                            state.counters[kValue] = parse(inputs.Document(Kind::plant), count);
                     }});
 }
 
@@ -76,8 +82,10 @@ std::vector<Measurement> AllMeasurements(Inputs& inputs) {
     AddParses(list, inputs, "arrays", Kind::arrays);
     AddParses(list, inputs, "long", Kind::longValues);
     AddParses(list, inputs, "many", Kind::many);
-    AddThreads(list, inputs, "one", 1);
-    AddThreads(list, inputs, "two", 2);
+    AddThreads(list, inputs, "one", ParseAtOnce, 1);
+    AddThreads(list, inputs, "two", ParseAtOnce, 2);
+    AddThreads(list, inputs, "raw one", RawParseAtOnce, 1);
+    AddThreads(list, inputs, "raw two", RawParseAtOnce, 2);
     AddSchemaMeasurements(list, inputs);
     AddWriterMeasurements(list, inputs);
     AddResourceMeasurements(list, inputs);

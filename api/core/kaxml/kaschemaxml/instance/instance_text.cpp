@@ -3,6 +3,7 @@
 #include <kaxml/kaxml/core/errors.h>
 
 #include <algorithm>
+#include <string_view>
 
 namespace KAXML {
 
@@ -14,6 +15,14 @@ constexpr std::size_t kSpareCapacity = 1024;
 void MakeRoom(std::wstring& output) {
     if (output.capacity() - output.size() < kSpareCapacity)
         output.reserve(std::max(2 * output.capacity(), kSpareCapacity));
+}
+
+// Appends "<name>", or "</name>" with a slash, by one growth of the text.
+void AppendTag(std::wstring& output, std::wstring_view start, std::wstring_view name) {
+    const std::size_t begin = output.size();
+    output.resize(begin + start.size() + name.size() + 1, L'>');
+    wchar_t* const end = std::copy(start.begin(), start.end(), output.data() + begin);
+    std::copy(name.begin(), name.end(), end);
 }
 
 } // namespace
@@ -33,9 +42,7 @@ void CKaInstance::AppendAsXml(std::wstring& output, const std::wstring& attribut
     }
     output += L'>';
     AppendValueToString(output);
-    output += L"</";
-    output += m_typeName;
-    output += L'>';
+    AppendTag(output, L"</", m_typeName);
 }
 
 void CKaInstance::AppendValueToString(std::wstring& output) const {
@@ -44,13 +51,9 @@ void CKaInstance::AppendValueToString(std::wstring& output) const {
 }
 
 void KaValueBase::AppendAsXml(std::wstring& output) const {
-    output += L'<';
-    output += m_propertyName;
-    output += L'>';
+    AppendTag(output, L"<", m_propertyName);
     AppendValueToString(output);
-    output += L"</";
-    output += m_propertyName;
-    output += L'>';
+    AppendTag(output, L"</", m_propertyName);
 }
 
 void CKaValue::AppendValueToString(std::wstring& output) const {
@@ -59,14 +62,12 @@ void CKaValue::AppendValueToString(std::wstring& output) const {
 }
 
 void KaArrayValue::AppendValueToString(std::wstring& output) const {
-    const std::wstring tag = GetProperty()->TypeName() + L'>';
+    const std::wstring& name = GetProperty()->TypeName();
     for (const auto& member : m_members) {
-        output += L'<';
-        output += tag;
+        AppendTag(output, L"<", name);
         if (member)
             member->AppendValueToString(output);
-        output += L"</";
-        output += tag;
+        AppendTag(output, L"</", name);
     }
 }
 
