@@ -146,7 +146,7 @@ const bool isRegistered = [] {
     const Limit instances[] = {
         {"SkippedDepth", 500'000, "<No>", {"<a>", "</a>"}, "</No>"},
         {"StructDepth", 500, "<Item>", {"<Inner>", "</Inner>"}, "</Item>"},
-        {"Projects", 10'000, "", {"<Project name='%'/>"}, ""},
+        {"Projects", 5'000, "", {"<Project name='%'/>"}, ""},
         {"TextMegabytes", 100, "<Item><Tag>", {megabyte}, "</Tag></Item>"},
         {"CDataMegabytes", 100, "<Item><Tag><![CDATA[", {megabyte}, "]]></Tag></Item>"},
         {"AttributeMegabytes", 100, "<Item id='", {megabyte}, "'/>"},
@@ -154,7 +154,7 @@ const bool isRegistered = [] {
         {"Declarations", 4'999, "<Item", {" xmlns:a%='v'"}, "/>"},
         {"Instances", 500'000, "", {"<Item id='%'><Tag>tag</Tag></Item>"}, ""},
         {"Properties", 10'000, "<Item>", {"<P%/>"}, "</Item>"},
-        {"SkippedProperties", 100'000, "<Item>", {"<N%/>"}, "</Item>"},
+        {"SkippedProperties", 50'000, "<Item>", {"<N%/>"}, "</Item>"},
         {"RepeatedArrays", 10'000, "<Item>", {"<Names/>"}, "</Item>"},
     };
     const Limit schemas[] = {
@@ -166,7 +166,7 @@ const bool isRegistered = [] {
          {"<KaProperty propertyName='P%' typeName='int'/>"},
          "</KaClass>"},
         {"SchemaAttributeMegabytes", 100, "<KaClass typeName='C' description='", {megabyte}, "'/>"},
-        {"SchemaChain", 500, "", {}, ""},
+        {"SchemaChain", 100, "", {}, ""},
     };
     for (const Limit& limit : instances)
         Register(limit, &ReadInstances);

@@ -5,6 +5,7 @@
 #include <kaxml/kaschemaxml/schema/schema.h>
 #include <kaxml/kaxml/core/arguments.h>
 #include <kaxml/kaxml/core/format.h>
+#include <kaxml/kaxml/core/same_name.h>
 
 #include <algorithm>
 #include <string_view>
@@ -17,7 +18,7 @@ using Properties = std::vector<std::unique_ptr<CKaProperty>>;
 
 Properties::const_iterator FindOwn(const Properties& properties, std::wstring_view name) {
     return std::find_if(properties.begin(), properties.end(),
-                        [name](const auto& property) { return property->PropertyName() == name; });
+                        [name](const auto& property) { return IsSameName(property->PropertyName(), name); });
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <kaxml/kaschemaxml/schema/relationship_class.h>
 #include <kaxml/kaschemaxml/schema/schema.h>
 #include <kaxml/kaxml/core/arguments.h>
+#include <kaxml/kaxml/core/same_name.h>
 
 #include <algorithm>
 #include <string_view>
@@ -52,8 +53,8 @@ template <typename Class> CKaSchema::PlaceInList CKaSchema::FindPlace(const Clas
         if (listed == added)
             throw KAXMLLogicError(L"Attempted to add KaClass '" + added->m_typeName +
                                   L"' to a KaSchema that already holds it");
-        place.isNameTaken = place.isNameTaken || listed->m_typeName == name;
-        if (place.index == classes.size() && listed->m_baseClassName == name)
+        place.isNameTaken = place.isNameTaken || IsSameName(listed->m_typeName, name);
+        if (place.index == classes.size() && IsSameName(listed->m_baseClassName, name))
             place.index = i;
     }
     return place;
@@ -140,12 +141,12 @@ void* CKaSchema::IterateOverAllRelationshipClasses(KaRelationshipClassCallback c
 }
 
 void* CKaSchema::findKaClassCallback(CKaClass* kaClass, void* context) {
-    return kaClass->m_typeName == RequireName(context, L"findKaClassCallback") ? kaClass : nullptr;
+    return IsSameName(kaClass->m_typeName, RequireName(context, L"findKaClassCallback")) ? kaClass : nullptr;
 }
 
 void* CKaSchema::findKaRelationshipClassCallback(CKaRelationshipClass* relationshipClass, void* context) {
     const std::wstring_view& name = RequireName(context, L"findKaRelationshipClassCallback");
-    return relationshipClass->m_typeName == name ? relationshipClass : nullptr;
+    return IsSameName(relationshipClass->m_typeName, name) ? relationshipClass : nullptr;
 }
 
 CKaClass* CKaSchema::FindKaClass(const wchar_t* name, unsigned long classTypeMask) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <kaxml/kaxml/core/same_name.h>
 #include <kaxml/kaxml/reader/xml_attributes.h>
 
 #include <cstddef>
@@ -34,11 +35,6 @@ struct ElementName {
     std::wstring_view localName;
     std::wstring_view qName;
 };
-
-/// Whether two names of elements are the same text; mostly they are the same view.
-inline bool IsSameName(std::wstring_view first, std::wstring_view second) noexcept {
-    return first.size() == second.size() && (first.data() == second.data() || first == second);
-}
 
 /// Understands one kind of element of instance documents. Handlers stand on the content handler's
 /// stack, which owns them; every event goes to the top one, whose answer says how the stack changes.
