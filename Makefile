@@ -9,32 +9,36 @@ FORMATTED = find api bench examples fuzz tests \( -name '*.h' -o -name '*.cpp' \
 FIXED_ADDRESSES := $(shell setarch -R true 2>/dev/null && echo setarch -R)
 
 .PHONY: help setup build demo test sanitize tsan coverage fuzz fuzz-replay build-fuzz bench install package \
-    check-install check-package abi-check abi-update format format-check clean
+    check-install check-package abi-check abi-update docs format format-check clean
 .DEFAULT_GOAL := help
 
 help:
-	@echo "make demo          build in Release and run the example on its sample data"
-	@echo "make test          build in Release and run all tests"
-	@echo "make build         build everything in Release, run nothing"
-	@echo "make sanitize      run all tests under the address and undefined behaviour sanitizers"
-	@echo "make tsan          run the test of several threads under the thread sanitizer"
-	@echo "make fuzz          run each fuzz target for MINUTES=1 or more, from what earlier runs found"
-	@echo "make fuzz-replay   run the fuzz targets on their seeds and past findings only"
-	@echo "make coverage      say which lines and branches of api/ the tests reach (some 6 minutes)"
-	@echo "make bench         measure against libxml2 and pugixml, print the table (some 5 minutes)"
-	@echo "make install       install the library into PREFIX=/usr/local"
-	@echo "make package       make the Debian packages, in build/release/packages"
-	@echo "make check-install build clients of the installed library, GCC and Clang, static too (some 2 minutes)"
-	@echo "make check-package install the Debian packages into the system, use and remove them (as root)"
-	@echo "make abi-check     compare the exported symbols and the installed files with tests/interface"
-	@echo "make abi-update    write them to tests/interface"
-	@echo "make format        put the sources into the project's format     (needs clang-format)"
-	@echo "make format-check  say which sources are not in that format      (needs clang-format)"
-	@echo "make setup         install the missing Debian packages only"
-	@echo "make clean         remove build/"
+	@echo "Command             What it does                                              Needs also    Takes"
+	@echo "make demo           builds in Release, runs the example on its sample data                  1.5 min"
+	@echo "make test           builds in Release, runs all tests                                       5.5 min"
+	@echo "make build          builds everything in Release, runs nothing                              3 min"
+	@echo "make install        installs the library into PREFIX=/usr/local               write access  1 min"
+	@echo "make docs           builds the reference in build/docs/html                   Doxygen       2 s"
+	@echo "make package        makes the Debian packages, in build/release/packages      dpkg-dev      1.5 min"
+	@echo "make check-package  puts these into the system, uses and removes them         root          2 min"
+	@echo "make check-install  builds clients of the installed library, static too       Clang         2.5 min"
+	@echo "make abi-check      compares symbols and files with tests/interface                         1 min"
+	@echo "make abi-update     writes them to tests/interface                                          1 min"
+	@echo "make sanitize       runs all tests under the address and UB sanitizers                      10 min"
+	@echo "make tsan           runs the threads' test under the thread sanitizer                       2 min"
+	@echo "make fuzz           runs each of 5 fuzz targets for MINUTES=1 or more         Clang         6.5 min"
+	@echo "make fuzz-replay    runs them on their seeds and past findings only           Clang         2.5 min"
+	@echo "make coverage       says which lines and branches the tests reach             gcovr         8 min"
+	@echo "make bench          measures against libxml2 and pugixml, on an idle system   2 GB of room  5 min"
+	@echo "make setup          installs the missing Debian packages only                               1 min"
+	@echo "make format         puts the sources into the project's format                clang-format  2 s"
+	@echo "make format-check   says which sources are not in that format                 clang-format  2 s"
+	@echo "make clean          removes build/                                                          1 s"
 	@echo
-	@echo "Those above format install missing Debian packages first (as root or through sudo) and need"
-	@echo "nothing else. Everything that has to pass before a change is accepted: .ci/run"
+	@echo "Times are those of the first run on 2 cores, without installing packages. Missing Debian packages"
+	@echo "(for all: compiler, CMake, Ninja, libxml2, GoogleTest) are installed first, as root or through"
+	@echo "sudo; format and format-check do not, tools/setup.sh ci does. bench needs 1 GB of memory and 1 GB"
+	@echo "in the folder for temporary files. What has to pass before a change is accepted: .ci/run"
 
 setup:
 	@tools/setup.sh
@@ -135,11 +139,16 @@ check-package: package
 
 abi-check: setup
 	$(build_library)
-	tests/interface/check.sh build/release
+	tools/interface.sh build/release
 
 abi-update: setup
 	$(build_library)
-	tests/interface/check.sh build/release --update
+	tools/interface.sh build/release --update
+
+# The reference, from the public headers and docs/. Warnings of Doxygen are failures.
+docs:
+	@tools/setup.sh docs
+	cmake -P cmake/KaxmlDocs.cmake
 
 format:
 	$(FORMATTED) | xargs -0 clang-format -i

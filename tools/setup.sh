@@ -6,6 +6,7 @@
 #   tools/setup.sh packages  also what CPack needs to make Debian packages
 #   tools/setup.sh coverage  also gcovr
 #   tools/setup.sh bench     also Google Benchmark, and pugixml to compare with
+#   tools/setup.sh docs      also Doxygen
 #
 # Does nothing, and needs no rights, when everything is there.
 set -eu
@@ -17,8 +18,9 @@ for extra in "$@"; do
     packages) packages="$packages dpkg-dev file" ;;
     coverage) packages="$packages gcovr" ;;
     bench) packages="$packages libbenchmark-dev libpugixml-dev" ;;
+    docs) packages="$packages doxygen" ;;
     *)
-        echo "setup: unknown argument '$extra' (known: ci, packages, coverage, bench)" >&2
+        echo "setup: unknown argument '$extra' (known: ci, packages, coverage, bench, docs)" >&2
         exit 2
         ;;
     esac

@@ -8,7 +8,7 @@
 # Blocks of the languages that programs and data are written in have to be quotations.
 #   cmake -D ROOT=<source folder> -P check_quotes.cmake
 
-file(GLOB documents ${ROOT}/docs/guide/*.md ${ROOT}/docs/format-*.md)
+file(GLOB documents ${ROOT}/README.md ${ROOT}/docs/guide/*.md ${ROOT}/docs/format-*.md)
 set(count 0)
 set(begin "<!-- from ")
 foreach(document IN LISTS documents)

@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# check.sh <build folder> [--update]: compares what the shared library of a Release build offers with
-# the lists beside this script, or replaces the lists. docs/binary-interface.md says what may change.
+# interface.sh <build folder> [--update]: compares what the shared library of a Release build offers with
+# the lists in tests/interface, or replaces the lists. docs/binary-interface.md says what may change.
 #
 #   files.txt    what is installed, by component
 #   symbols.txt  what the library exports
 #   sizes.txt    bytes of each exported class, and of its table of virtual functions
 set -euo pipefail
 export LC_ALL=C
-lists=$(dirname "${BASH_SOURCE[0]}")
+lists=$(dirname "${BASH_SOURCE[0]}")/../tests/interface
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 

@@ -1,0 +1,31 @@
+# Builds the API reference: cmake -P cmake/KaxmlDocs.cmake. It needs doxygen and no configured build.
+
+cmake_minimum_required(VERSION 3.25)
+get_filename_component(root ${CMAKE_CURRENT_LIST_DIR} DIRECTORY)
+include(${CMAKE_CURRENT_LIST_DIR}/KaxmlPublicHeaders.cmake)
+
+file(READ ${root}/CMakeLists.txt project)
+string(REGEX MATCH "VERSION ([0-9.]+)\n *DESCRIPTION \"([^\"]*)\"" found "${project}")
+if(NOT found)
+    message(FATAL_ERROR "CMakeLists.txt names no version and description")
+endif()
+set(version ${CMAKE_MATCH_1})
+set(brief ${CMAKE_MATCH_2})
+
+kaxml_public_headers(headers ${root}/api/core kaxml/kaxml.h)
+file(GLOB pages ${root}/docs/*.md ${root}/docs/guide/*.md)
+file(GLOB programs ${root}/examples/guide/*.cpp ${root}/examples/guide/data/*)
+list(JOIN headers "\" \"" headers)
+list(JOIN pages "\" \"" pages)
+list(JOIN programs "\" \"" programs)
+
+set(output ${root}/build/docs)
+file(REMOVE_RECURSE ${output})
+file(MAKE_DIRECTORY ${output})
+configure_file(${CMAKE_CURRENT_LIST_DIR}/Doxyfile.in ${output}/Doxyfile @ONLY)
+execute_process(COMMAND doxygen ${output}/Doxyfile WORKING_DIRECTORY ${root} RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+    file(REMOVE_RECURSE ${output}/html)
+    message(FATAL_ERROR "doxygen ended with ${status}; its warnings are above")
+endif()
+message("build/docs/html/index.html")
