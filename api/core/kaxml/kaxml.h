@@ -24,6 +24,12 @@
 /// operations may be called on any thread. What all threads share, the logging callback and the pool
 /// of recycled values, is guarded. The library reads environment variables, so no thread may set one
 /// while another is inside.
+///
+/// A call that throws changes nothing unless its comment says what stays. Each that is not noexcept
+/// may throw std::bad_alloc.
+
+/// @namespace KAXML
+/// Everything in the library.
 
 #include <kaxml/kaschemaxml/instance/custom_attribute.h>
 #include <kaxml/kaschemaxml/instance/instance.h>

@@ -12,13 +12,13 @@ namespace KAXML {
 /// are successes with a remark.
 using HRESULT = std::int32_t;
 
-inline constexpr HRESULT S_OK = 0;
-inline constexpr HRESULT S_FALSE = 1;
-inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);
-inline constexpr HRESULT E_NOINTERFACE = static_cast<HRESULT>(0x80004002);
-inline constexpr HRESULT E_POINTER = static_cast<HRESULT>(0x80004003);
-inline constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000E);
-inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);
+inline constexpr HRESULT S_OK = 0;                                         ///< success
+inline constexpr HRESULT S_FALSE = 1;                                      ///< success, with a remark
+inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);        ///< unspecified error
+inline constexpr HRESULT E_NOINTERFACE = static_cast<HRESULT>(0x80004002); ///< no object of this kind
+inline constexpr HRESULT E_POINTER = static_cast<HRESULT>(0x80004003);     ///< a pointer that is not valid
+inline constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000E); ///< no memory
+inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);  ///< an argument that is not valid
 
 /// A failure of the XML service or of the file system below it: a schema file that cannot be saved,
 /// a text that XML cannot hold. It is not part of the KAXMLException family; the schema reader and
@@ -27,6 +27,7 @@ inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);
 /// Copies share their texts, so copying never throws. One object may be read by several threads.
 class KAXML_API _com_error {
   public:
+    /// An error with these texts; see the operations that return them.
     /// @param status       the failing status.
     /// @param description  what happened, in words a person can act on; may be empty.
     /// @param source       the file or component that failed; may be empty.

@@ -3,6 +3,8 @@
 /// @file
 /// Marks what the library exports; everything else in it is hidden.
 
+/// @def KAXML_API
+/// Marks what the library exports.
 #if defined(_WIN32) && !defined(KAXML_STATIC)
 #if defined(KAXML_BUILDING)
 #define KAXML_API __declspec(dllexport)

@@ -17,6 +17,7 @@ namespace KAXML {
 /// Used by one thread at a time, together with its schema, as any instance.
 class KAXML_API CKaCustomAttribute : public CKaInstance {
   public:
+    /// A custom attribute without values.
     /// @param kaClass  not null (KAXMLLogicError).
     explicit CKaCustomAttribute(CKaClass* kaClass);
     CKaCustomAttribute(const CKaCustomAttribute& other);

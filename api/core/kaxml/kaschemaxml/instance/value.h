@@ -28,6 +28,10 @@ class KAXML_API KaValueBase {
     virtual void AppendValueToString(std::wstring& output) const = 0;
     /// Appends the value's element to the parent: named by the property, or, as a member of an
     /// array, by the property's type. Returns 0.
+    /// @param document,parent  not null; this is not checked.
+    /// @param namespaceUri     the element's namespace.
+    /// @param isMember         nonzero for a member of an array.
+    /// @throws KAXMLLogicError for a struct without an instance; what was appended stays.
     virtual int WriteXML(IXMLDOMDocument2* document, IXMLDOMNode* parent, const std::wstring& namespaceUri,
                          int isMember) const = 0;
 
@@ -39,11 +43,14 @@ class KAXML_API KaValueBase {
     CKaProperty* GetProperty() const noexcept;
     /// The name under which the value is written and searched. Never null; valid until changed.
     const wchar_t* GetPropertyName() const noexcept;
+    /// The name itself; the property stays when it is changed.
     std::wstring& PropertyName() noexcept;
     const std::wstring& PropertyName() const noexcept;
     /// Replaces the name; the property stays.
     void SetPropertyName(std::wstring name) noexcept;
+    /// Whether the value counts as not given; it may have content all the same.
     bool IsNull() const noexcept;
+    /// Makes the value count as not given; its content stays.
     void SetToNull() noexcept;
     /// Whether this is a CKaValue, not an array or a struct.
     bool IsPrimitive() const noexcept { return m_isPrimitive; }
@@ -67,6 +74,7 @@ class KAXML_API KaValueBase {
     /// Copies property, name and null state; the copy is held by nobody.
     KaValueBase(const KaValueBase& other);
     KaValueBase& operator=(const KaValueBase& other);
+    /// Makes the value count as given.
     void SetNotNull() noexcept;
 
   private:
@@ -89,6 +97,7 @@ class KAXML_API KaValueBase {
 /// A primitive value, held as text whatever its type.
 class KAXML_API CKaValue : public KaValueBase {
   public:
+    /// A value with this text.
     /// @param property  not null (KAXMLInvalidArgument).
     /// @param text      null leaves the value null.
     CKaValue(CKaProperty* property, const wchar_t* text);
@@ -123,6 +132,7 @@ class KAXML_API CKaValue : public KaValueBase {
     /// @throws KAXMLRuntimeError for a number out of range.
     void GetValue(long* number) const;
     void GetValue(double* number) const;
+    /// Not for other types: the pointer would have to be one to the type that was meant.
     template <typename T> void GetValue(T*) const = delete;
     /// Empties the text; the null state stays.
     void InitializeValue() noexcept;
@@ -135,6 +145,7 @@ class KAXML_API CKaValue : public KaValueBase {
 /// Destroying it gives primitive members back to the pool of recycled values.
 class KAXML_API KaArrayValue : public KaValueBase {
   public:
+    /// A null array without members.
     /// @param property  not null (KAXMLInvalidArgument).
     explicit KaArrayValue(CKaProperty* property);
     KaArrayValue(const KaArrayValue& other);
@@ -149,8 +160,9 @@ class KAXML_API KaArrayValue : public KaValueBase {
     /// When the call throws the caller still owns the member and nothing is changed.
     /// @throws KAXMLLogicError when an array or instance holds the value already.
     void PushBack(KaValueBase* member);
+    /// How many members there are, empty slots included.
     unsigned int GetLength() const noexcept;
-    /// @param index  below the length (else KAXMLInvalidArgument). @return owned by the array; null
+    /// A member. @param index  below the length (else KAXMLInvalidArgument). @return owned by the array; null
     ///               for an empty slot.
     KaValueBase* GetValue(unsigned int index) const;
     /// The instance of the struct at the index, owned by the array.
@@ -188,7 +200,8 @@ class KAXML_API KaStructValue : public KaValueBase {
     ///         still owns it and nothing is changed.
     void SetValue(CKaInstance* instance);
     /// Replaces the instance by one read from a struct element. Returns 0.
-    /// @throws KAXMLRuntimeError for a null class; KAXMLFormatError for content that does not fit.
+    /// @throws KAXMLRuntimeError for a null class; KAXMLInvalidArgument for a null node;
+    ///         KAXMLFormatError for content that does not fit. The old instance is then still held.
     int ReadXML(CKaClass* structClass, IXMLDOMNode* node);
 
   private:

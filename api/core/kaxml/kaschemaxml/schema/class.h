@@ -24,6 +24,7 @@ class CKaProperty;
 /// belongs to nobody. Used by one thread at a time, together with its schema.
 class KAXML_API CKaClass : public CKaCommon {
   public:
+    /// A class without base class, properties and flags.
     /// @param name      a valid name, not null or empty.
     /// @param schema    not null; referred to, and not changed: the class is not added to it.
     /// @param strategy  kept, not owned, may be null.
@@ -36,7 +37,7 @@ class KAXML_API CKaClass : public CKaCommon {
 
     /// @name Schema XML
     /// Each returns 0, or the first nonzero result of an operation it calls, and leaves what was
-    /// read before a failure.
+    /// read before a failure. Nodes and documents are not null (KAXMLInvalidArgument).
     /// @{
 
     /// Appends a class element to the parent.
@@ -64,6 +65,7 @@ class KAXML_API CKaClass : public CKaCommon {
 
     /// The human-readable label, empty when not set. Never null.
     const wchar_t* GetDisplayLabel() const noexcept;
+    /// Any text. An empty one counts as not set.
     /// @param label  not null (KAXMLInvalidArgument).
     void SetDisplayLabel(const wchar_t* label);
 
@@ -90,12 +92,17 @@ class KAXML_API CKaClass : public CKaCommon {
     /// the low 32 bits of the mask count.
     bool MatchesClassType(unsigned long mask) const noexcept;
 
-    /// Single flags, zero or not; setting one is not validated.
+    /// Whether KA_DOMAIN_CLASS is set: zero or not.
     int IsDomainClass() const noexcept;
+    /// Whether KA_STRUCT_CLASS is set: zero or not.
     int IsStruct() const noexcept;
+    /// Whether KA_CUSTOM_ATTRIBUTE_CLASS is set: zero or not.
     int IsCustomAttributeClass() const noexcept;
+    /// Sets or clears this flag alone; which ones go together is not validated.
     void SetIsDomainClass(int isDomainClass) noexcept;
+    /// @copydoc SetIsDomainClass
     void SetIsStruct(int isStruct) noexcept;
+    /// @copydoc SetIsDomainClass
     void SetIsCustomAttributeClass(int isCustomAttributeClass) noexcept;
 
     /// Appends a property and takes ownership; null is ignored. When the call throws the caller
@@ -104,7 +111,8 @@ class KAXML_API CKaClass : public CKaCommon {
     ///         KAXMLLogicError when its struct class is unknown to the schema.
     void AddKaProperty(CKaProperty* property);
     /// Makes a property and adds it. @return owned by the class.
-    /// @throws as above, and KAXMLDomainError for an invalid name; the class is then unchanged.
+    /// @throws KAXMLDomainError for an invalid name too; what the other form throws. The class is then
+    ///         unchanged.
     CKaProperty* AddKaProperty(const std::wstring& name, const std::wstring& typeName, const std::wstring& description);
     /// The property of exactly this name: own ones first, then those of the base classes, nearest
     /// first; null when there is none. Owned by its class.
@@ -113,8 +121,9 @@ class KAXML_API CKaClass : public CKaCommon {
     CKaProperty* FindProperty(const wchar_t* name) const;
     /// Whether FindProperty finds one; throws as it does.
     bool HasProperty(const wchar_t* name) const;
-    /// Own properties, in the order added.
+    /// How many properties the class has of its own.
     unsigned int GetKaPropertyCount() const noexcept;
+    /// An own property, in the order added.
     /// @param index  below the count (else KAXMLInvalidArgument). @return owned by the class.
     CKaProperty* GetKaProperty(unsigned int index) const;
     /// Deletes the first own property of the name; does nothing for null or an unknown name.
@@ -123,8 +132,10 @@ class KAXML_API CKaClass : public CKaCommon {
     /// Deletes every own property.
     void RemoveAllKaProperties() noexcept;
 
-    /// The schema the class belongs to; not owned.
+    /// The schema the class belongs to, in which names are resolved; not owned.
     CKaSchema* GetKaSchema() const noexcept;
+    /// Changes that schema; the schemas' lists of classes stay as they are.
+    /// @param schema  may be null; what needs a schema then throws KAXMLLogicError.
     void SetKaSchema(CKaSchema* schema) noexcept;
     /// The schema's prefix, a colon and the name.
     /// @throws KAXMLLogicError when the class has no schema.

@@ -14,9 +14,16 @@ class CKaClass;
 class CKaCustomAttribute;
 class CKaInstance;
 class CKaSchema;
-class IXMLDOMDocument2;
-class IXMLDOMNode;
 class KaArrayValue;
+
+/// @class KAXML::IXMLDOMNode
+/// A node of the XML tree that a schema file is read or written by; opaque. The library makes the
+/// nodes and calls the operations that take them; a class derived from one of the library's hands on
+/// what it got.
+class IXMLDOMNode;
+/// @class KAXML::IXMLDOMDocument2
+/// The whole of such a tree; opaque likewise.
+class IXMLDOMDocument2;
 
 /// What every item of a schema has: a description, custom attributes (owned, in the order added)
 /// and extended information, free annotations of the client that are not part of schema files.
@@ -27,6 +34,7 @@ class KaArrayValue;
 class KAXML_API CKaCommon {
   public:
     CKaCommon();
+    /// An item without custom attributes and extended information.
     /// @param description  null gives an empty description.
     explicit CKaCommon(const wchar_t* description);
     explicit CKaCommon(const std::wstring& description);
@@ -37,6 +45,7 @@ class KAXML_API CKaCommon {
 
     /// The description. Never null; valid until it is changed.
     const wchar_t* GetDescription() const noexcept;
+    /// Any text.
     /// @param description  not null (KAXMLInvalidArgument).
     void SetDescription(const wchar_t* description);
     void SetDescription(const std::wstring& description);
@@ -45,7 +54,9 @@ class KAXML_API CKaCommon {
     /// caller still owns it and the item is unchanged.
     /// @throws KAXMLLogicError when it is attached to this item already.
     void AddKaCustomAttribute(CKaCustomAttribute* customAttribute);
+    /// How many custom attributes are attached.
     unsigned int GetKaCustomAttributeCount() const noexcept;
+    /// A custom attribute, in the order attached.
     /// @param index  below the count (else KAXMLInvalidArgument). @return owned by the item.
     CKaCustomAttribute* GetKaCustomAttribute(unsigned int index) const;
     /// The first custom attribute whose type name is exactly this, or null; owned by the item.
@@ -65,11 +76,13 @@ class KAXML_API CKaCommon {
     /// Reads the children of a "KaCustomAttributes" element and attaches them. The schema resolves
     /// their classes. Returns 0, or the first nonzero result of an instance's reader. What was read
     /// before a failure stays attached.
+    /// @param schema,node  not null (KAXMLInvalidArgument).
     /// @throws KAXMLFormatError for an unknown class, text between the elements, or content that
     ///         does not fit the class.
     int ReadCustomAttributesFromXML(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node);
     /// Appends a "KaCustomAttributes" element to the parent when there are any. Returns 0, or the
     /// first nonzero result of an instance's writer.
+    /// @param document,parent  not null (KAXMLInvalidArgument).
     int WriteCustomAttributesToXML(IXMLDOMDocument2* document, IXMLDOMNode* parent) const;
 
     /// The array value of a property in the attached custom attribute of this class. When there is

@@ -21,6 +21,7 @@ namespace KAXML {
 /// A class owns the properties added to it. Used by one thread at a time.
 class KAXML_API CKaProperty : public CKaCommon {
   public:
+    /// A property without name, type and bounds.
     /// @param owner  the class the property is made for; kept, not owned, may be null.
     explicit CKaProperty(CKaClass* owner);
     CKaProperty(const CKaProperty& other);
@@ -45,45 +46,55 @@ class KAXML_API CKaProperty : public CKaCommon {
     void SetTypeName(const wchar_t* typeName);
     void SetTypeName(const std::wstring& typeName);
 
-    /// The occurrence bounds as texts, empty when not set. Never null.
+    /// The lower occurrence bound as text, empty when not set. Never null; valid until it is changed.
     const wchar_t* GetMinOccurs() const noexcept;
+    /// The upper occurrence bound, likewise.
     const wchar_t* GetMaxOccurs() const noexcept;
-    /// Store a bound. Any text but "1" (an empty one too) makes the property an array, for good.
+    /// Stores the bound. Any text but "1" (an empty one too) makes the property an array, for good.
     /// @param minOccurs  not null (KAXMLInvalidArgument).
     void SetMinOccurs(const wchar_t* minOccurs);
+    /// Stores the bound, with the same effect.
     /// @param maxOccurs  not null (KAXMLInvalidArgument).
     void SetMaxOccurs(const wchar_t* maxOccurs);
 
     /// The human-readable label, empty when not set. Never null.
     const wchar_t* GetDisplayLabel() const noexcept;
+    /// Any text. An empty one counts as not set.
     /// @param label  not null (KAXMLInvalidArgument).
     void SetDisplayLabel(const wchar_t* label);
 
-    /// Flags, zero or not.
+    /// Whether the type was set to another name than a primitive type's: zero or not.
     int IsStruct() const noexcept;
+    /// Whether a bound other than "1" was set: zero or not.
     int IsArray() const noexcept;
+    /// Whether clients are to leave values alone, zero or not; the library does not enforce it.
     int ReadOnly() const noexcept;
+    /// Sets what ReadOnly returns.
     void SetReadOnly(int readOnly) noexcept;
 
-    /// The class given at construction; not owned.
+    /// The class given at construction; not owned, may be null.
     CKaClass* GetKaClass() const noexcept;
 
     /// A number for the client's use, 0 at first; not part of schema files.
     long GetAttrId() const noexcept;
+    /// Sets that number.
     /// @param attrId  a 32-bit value (else KAXMLInvalidArgument).
     void SetAttrId(long attrId);
 
     /// The default value's text, or null while none is set; not part of schema files.
     const wchar_t* GetClassDefaultValue() const noexcept;
+    /// Any text. The library does nothing with it.
     /// @param value  null marks it as not set.
     void SetClassDefaultValue(const wchar_t* value);
 
     /// Reads a property element. Returns 0, or the nonzero result of its custom attributes'
     /// reader. What was read before a failure stays.
+    /// @param node  not null (KAXMLInvalidArgument).
     /// @throws KAXMLFormatError for a missing name or type; what the setters throw.
     int ReadXML(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node);
     /// Appends a property element to the parent. Returns 0, or the nonzero result of its custom
     /// attributes' writer.
+    /// @param document,parent  not null (KAXMLInvalidArgument).
     int WriteXML(IXMLDOMDocument2* document, IXMLDOMNode* parent) const;
 
   private:

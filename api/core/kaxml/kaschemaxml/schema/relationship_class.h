@@ -35,12 +35,13 @@ class KAXML_API CKaRelationshipClass : public CKaClass {
     /// Reads a relationship class element's children, upgrading pairs of older files.
     int ReadXMLContents(CKaSchema* schema, IXMLDOMDocument2* document, IXMLDOMNode* node) override;
 
-    /// Free texts, empty by default. Never null.
+    /// The strength, empty by default. Never null; valid until it is changed.
     const wchar_t* GetStrength() const noexcept;
+    /// The direction of the strength, likewise.
     const wchar_t* GetStrengthDirection() const noexcept;
-    /// @param strength  not null (KAXMLInvalidArgument).
+    /// Any text. @param strength  not null (KAXMLInvalidArgument).
     void SetStrength(const wchar_t* strength);
-    /// @param direction  not null (KAXMLInvalidArgument).
+    /// Any text. @param direction  not null (KAXMLInvalidArgument).
     void SetStrengthDirection(const wchar_t* direction);
 
     /// Sets `result` to the nearest class that both classes are or derive from, "KaObject" when
@@ -57,9 +58,10 @@ class KAXML_API CKaRelationshipClass : public CKaClass {
     ///         FindCommonClass.
     void UpgradeLegacyKaRelationshipConstraint(CKaSchema* schema, CKaRelationshipConstraint* constraint);
     /// The first source is taken as it is; a later one makes the source the common class of both,
-    /// and polymorphic when they differ.
+    /// and polymorphic when they differ. Throws as above.
     void UpgradeLegacySource(CKaSchema* schema, CKaConstraint* constraint);
     /// Adds the class to the target's unless it is there.
+    /// @param schema,constraint  not null (KAXMLInvalidArgument).
     void UpgradeLegacyTarget(CKaSchema* schema, CKaConstraint* constraint);
 
     CKaSource m_source;   ///< the source end

@@ -14,6 +14,7 @@ class CKaRelationshipClass;
 /// own has the owner of its original. Used by one thread at a time, together with its schema.
 class KAXML_API CKaSource : public CKaCommon {
   public:
+    /// An end of its own, everything empty.
     CKaSource();
     CKaSource(const CKaSource& other);
     CKaSource(CKaSource&& other) noexcept;
@@ -55,6 +56,7 @@ class KAXML_API CKaSource : public CKaCommon {
 /// @copydetails CKaSource
 class KAXML_API CKaTargets : public CKaCommon {
   public:
+    /// An end of its own, everything empty.
     CKaTargets();
     CKaTargets(const CKaTargets& other);
     CKaTargets(CKaTargets&& other) noexcept;

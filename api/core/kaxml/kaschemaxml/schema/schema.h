@@ -61,7 +61,7 @@ class KAXML_API CKaSchema : public CKaCommon {
 
     /// Appends a copy of the reference. The schema now owns the schema that the reference holds;
     /// when the call throws, it does not. The schema file reader adds through this operation.
-    /// @throws KAXMLRuntimeError, naming the schemas, when the references would form a cycle.
+    /// @throws KAXMLRuntimeError when the references would form a cycle; it names the schemas.
     virtual void AddReference(CKaSchemaReference& reference);
 
     /// @name Schema files
@@ -89,6 +89,7 @@ class KAXML_API CKaSchema : public CKaCommon {
     /// Extra directories for referenced files, separated by ";", searched last. A schema loaded for a
     /// reference gets those of the schema that names it. Never null.
     const wchar_t* GetSearchPath() const noexcept;
+    /// Sets those directories; they need not exist.
     /// @param searchPath  not null (KAXMLInvalidArgument).
     void SetSearchPath(const wchar_t* searchPath);
     /// @}
@@ -96,20 +97,25 @@ class KAXML_API CKaSchema : public CKaCommon {
     /// @name Identity
     /// @{
 
-    /// Validate and store; on failure the old text stays.
+    /// Validates and stores the name; on failure the old one stays.
     /// @throws KAXMLLogicError for null, KAXMLDomainError for an invalid name.
     void SetSchemaName(const wchar_t* name);
+    /// Validates and stores the prefix, by the same rules.
     void SetSchemaPrefix(const wchar_t* prefix);
-    /// Never null; valid until changed.
+    /// The name. Never null; valid until changed.
     const wchar_t* GetSchemaName() const noexcept;
+    /// The prefix. Never null; valid until changed.
     const wchar_t* GetSchemaPrefix() const noexcept;
-    /// The texts themselves; what is written through them is not validated.
+    /// The name itself; what is written through it is not validated.
     std::wstring& SchemaName() noexcept;
+    /// The prefix itself; what is written through it is not validated.
     std::wstring& SchemaPrefix() noexcept;
+    /// Any text. An empty one counts as not set.
     /// @param label  not null (KAXMLInvalidArgument).
     void SetDisplayLabel(const wchar_t* label);
-    /// Never null, empty when not set.
+    /// The human-readable label, empty when not set. Never null; valid until changed.
     const wchar_t* GetDisplayLabel() const noexcept;
+    /// A copy of the label.
     std::wstring DisplayLabel() const;
     /// Sets the version from "MM.mm"; see ParseVersionString, also for what a failure changes.
     void SetVersionString(const wchar_t* version);
@@ -160,24 +166,31 @@ class KAXML_API CKaSchema : public CKaCommon {
     /// @throws KAXMLInvalidArgument for a class type that SetClassType refuses, KAXMLDomainError for
     ///         an invalid name; nothing is added then.
     CKaClass* CreateKaClass(const wchar_t* name, const wchar_t* description, unsigned long classType);
+    /// The same for a relationship class.
     CKaRelationshipClass* CreateKaRelationshipClass(const wchar_t* name, const wchar_t* description,
                                                     unsigned long classType);
+    /// How many classes the schema has of its own, without relationship classes.
     unsigned int GetKaClassCount() const noexcept;
+    /// A class of the schema, in the order of its list.
     /// @param index  below the count (else KAXMLInvalidArgument). @return owned by the schema.
     CKaClass* GetKaClassByIndex(unsigned int index) const;
+    /// How many relationship classes the schema has of its own.
     unsigned int GetKaRelationshipClassCount() const noexcept;
+    /// A relationship class of the schema, in the order of its list.
     /// @param index  below the count (else KAXMLInvalidArgument). @return owned by the schema.
     CKaRelationshipClass* GetKaRelationshipClass(unsigned int index) const;
     /// The first class of exactly this name, here or in the referenced schemas (depth first), if it
     /// matches the mask; else null. Owned by its schema.
     /// @throws KAXMLRuntimeError for a null name when there are classes.
     CKaClass* FindKaClass(const wchar_t* name, unsigned long classTypeMask) const;
+    /// The same for relationship classes.
     CKaRelationshipClass* FindKaRelationshipClass(const wchar_t* name, unsigned long classTypeMask) const;
     /// Calls back with each class in order, then, when asked, with those of the referenced schemas,
     /// depth first; returns the first result that is not null, else null. Classes must not be added
     /// or removed meanwhile.
     /// @param callback  not null (KAXMLInvalidArgument).
     void* IterateOverAllClasses(KaClassCallback callback, void* context, int includeReferencedSchemas) const;
+    /// The same for relationship classes.
     void* IterateOverAllRelationshipClasses(KaRelationshipClassCallback callback, void* context,
                                             int includeReferencedSchemas) const;
     /// Deletes every class; relationship classes stay, those with a base class among the deleted
@@ -208,24 +221,32 @@ class KAXML_API CKaSchema : public CKaCommon {
     CKaClass* FindKaClassUsingSchemaName(const wchar_t* className, const wchar_t* schemaName,
                                          unsigned long classTypeMask) const;
     /// FindKaClass of "Name", or FindKaClassUsingPrefix of "prefix:Name".
+    /// @param fullName  not null (KAXMLInvalidArgument).
+    /// @throws KAXMLFormatError for a leading colon, and as those two.
     CKaClass* FindKaClassUsingFullName(const wchar_t* fullName, unsigned long classTypeMask) const;
-    /// The same three for relationship classes.
+    /// FindKaClassUsingPrefix for relationship classes.
     CKaRelationshipClass* FindKaRelationshipClassUsingPrefix(const wchar_t* className, const wchar_t* prefix,
                                                              unsigned long classTypeMask) const;
+    /// FindKaClassUsingSchemaName for relationship classes.
     CKaRelationshipClass* FindKaRelationshipClassUsingSchemaName(const wchar_t* className, const wchar_t* schemaName,
                                                                  unsigned long classTypeMask) const;
+    /// FindKaClassUsingFullName for relationship classes.
     CKaRelationshipClass* FindKaRelationshipClassUsingFullName(const wchar_t* fullName,
                                                                unsigned long classTypeMask) const;
     /// The name by which this schema refers to a class: bare for its own, prefixed for others.
-    /// @throws KAXMLLogicError for null.
+    /// @throws KAXMLLogicError for null, and for a class without a schema.
     std::wstring GetRelativeClassName(CKaClass* kaClass) const;
     /// The same for the class of this full name. @throws KAXMLFormatError when there is none.
     std::wstring GetRelativeClassName(const wchar_t* fullName) const;
 
-    /// Hooks of the client, null at first; a schema loaded as a referenced one starts without.
+    /// Installs a hook of the client, or none for null; a schema loaded as a referenced one starts
+    /// without.
     void SetKaClassResolutionHelper(KaClassResolutionHelper helper) noexcept;
+    /// The hook, null at first.
     KaClassResolutionHelper GetKaClassResolutionHelper() const noexcept;
+    /// @copydoc SetKaClassResolutionHelper
     void SetKaRelationshipUpgradeHandler(KaRelationshipUpgradeHandler handler) noexcept;
+    /// The hook, null at first.
     KaRelationshipUpgradeHandler GetKaRelationshipUpgradeHandler() const noexcept;
     /// @}
 
@@ -284,6 +305,7 @@ class KAXML_API CKaSchema : public CKaCommon {
 /// Walks a schema's own classes in order. Classes must not be added or removed meanwhile.
 class KAXML_API CKaClassIterator {
   public:
+    /// For the classes of this schema; to begin with Begin.
     /// @param schema  not null (KAXMLRuntimeError); referred to.
     explicit CKaClassIterator(CKaSchema* schema);
 
@@ -300,6 +322,7 @@ class KAXML_API CKaClassIterator {
 /// Walks a schema's references in order. The schema's list must not change meanwhile.
 class KAXML_API CKaReferencedSchemaIterator {
   public:
+    /// For the references of this schema; to begin with Begin.
     /// @param schema  not null (KAXMLRuntimeError); referred to.
     explicit CKaReferencedSchemaIterator(CKaSchema* schema);
 

@@ -34,11 +34,13 @@ class KAXML_API CKaSchemaReference {
     /// then in the directories of KASCHEMA_PATH, then in the owner's search path, reads it and adds
     /// the reference to the owner. Does nothing more when the owner already has the schema.
     /// Returns 0. On failure nothing is added.
+    /// @param owner,node  not null (KAXMLInvalidArgument).
     /// @throws KAXMLFormatError for an unknown attribute, a malformed version, or a file that
     ///         answers with a status; KAXMLRuntimeError when the file is not found or the
     ///         references form a cycle; whatever reading the file throws.
     int ReadXML(CKaSchema* owner, IXMLDOMDocument2* document, IXMLDOMNode* node);
     /// Appends a "KaSchemaReference" element to the parent. Returns 0.
+    /// @param document,parent  not null (KAXMLInvalidArgument).
     int WriteXML(IXMLDOMDocument2* document, IXMLDOMNode* parent) const;
 
     std::wstring m_schemaName;    ///< name of the referenced schema

@@ -40,8 +40,9 @@ KAXML_API const wchar_t* Describe(LOG_SEV severity) noexcept;
 KAXML_API std::wstring DescribeCurrentException();
 
 /// @name Output
-/// Each writes what Describe says, as one text for the stream's width and padding.
 /// @{
+
+/// Writes what Describe says, as one text for the stream's width and padding. Returns the stream.
 KAXML_API std::ostream& operator<<(std::ostream& out, const KAXMLException& error);
 KAXML_API std::wostream& operator<<(std::wostream& out, const KAXMLException& error);
 KAXML_API std::ostream& operator<<(std::ostream& out, const _com_error& error);

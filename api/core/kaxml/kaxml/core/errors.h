@@ -42,6 +42,7 @@ namespace KAXML {
 /// category "Exception". Copies are not logged. One object may be read by several threads.
 class KAXML_API KAXMLException {
   public:
+    /// Stores the texts and logs them.
     /// @param message   what went wrong.
     /// @param location  where; often empty.
     /// @throws std::bad_alloc when the texts cannot be stored.

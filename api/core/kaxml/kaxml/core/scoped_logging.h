@@ -35,6 +35,7 @@ class KAXML_API CScopedLogging {
     /// discarded, and it may be called on any thread that uses the library, from several at once.
     using Callable = std::function<void(LOG_SEV severity, const wchar_t* category, const wchar_t* message)>;
 
+    /// Begins to send messages to the callable.
     /// @param callable  kept; an empty one turns logging off.
     /// @throws std::bad_alloc; the callback is then as it was.
     explicit CScopedLogging(Callable callable);

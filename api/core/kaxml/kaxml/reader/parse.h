@@ -9,28 +9,15 @@
 /// callback and destroyed when it returns, so memory stays bounded by the largest single instance.
 ///
 /// @code
-/// class Factory final : public KAXML::IKaInstanceFactory {
-///   public:
-///     explicit Factory(KAXML::CKaSchema& schema) : m_schema(schema) {}
-///     KAXML::CKaInstance* CreateKaInstance(const wchar_t*, const wchar_t* name, int* isRelationship) override {
-///         if (auto* relationship = m_schema.FindKaRelationshipClass(name, KAXML::KA_ANY_CLASS_TYPE)) {
-///             *isRelationship = 1;
-///             return new KAXML::KaRelationshipInstance(relationship);
-///         }
-///         auto* kaClass = m_schema.FindKaClass(name, KAXML::KA_ANY_CLASS_TYPE);
-///         return kaClass ? new KAXML::CKaInstance(kaClass) : nullptr;
-///     }
-///   private:
-///     KAXML::CKaSchema& m_schema;
-/// };
-///
 /// int Instance(KAXML::CKaSchema*, void*, KAXML::CKaInstance* instance) { ...; return 0; }
 /// int Relationship(KAXML::CKaSchema*, void*, KAXML::KaRelationshipInstance* relationship) { ...; return 0; }
 ///
-/// Factory factory(schema);
+/// KAXML::CKaSchemaInstanceFactory factory(&schema); // finds the classes by the elements' names
 /// KAXML::ParseKaInstanceXML(1, L"plant.kainstance.xml", &schema, nullptr, nullptr, &Instance, &Relationship,
 ///                           nullptr, nullptr, nullptr, &factory, 0);
 /// @endcode
+///
+/// The same with lambdas: parse_callables.h.
 
 namespace KAXML {
 
@@ -41,8 +28,9 @@ class XMLAttributes;
 
 /// @name Callbacks
 /// Each gets the schema and the caller's context first. A nonzero result ends the parse with
-/// KAXMLRuntimeError; what a callback throws ends it and reaches the caller of the parse unchanged.
-/// They run on the parsing thread.
+/// KAXMLRuntimeError. What a callback throws ends it and reaches the caller of the parse unchanged,
+/// except that a `_com_error` arrives as KAXMLRuntimeError with its texts. They run on the parsing
+/// thread.
 /// @{
 
 /// Called at the root's start tag with its "scope" attribute (empty when absent) and attributes.
@@ -93,7 +81,7 @@ enum KaParseFlags : unsigned int {
 };
 
 /// Reads an instance document and returns 0, or throws. Instances delivered before a failure stay
-/// delivered.
+/// delivered; no callback but `error` is called after it.
 ///
 /// Several threads may parse at once, each with its own schema, factory and context.
 ///
@@ -110,7 +98,7 @@ enum KaParseFlags : unsigned int {
 ///         1,000 levels, or cannot be opened ("ParseKaInstanceXML: COM Error: ..."), for an unknown
 ///         class and for a callback that returned nonzero; KAXMLFormatError for another version of
 ///         the format, an unknown property or a wrong array member; whatever a callback or the
-///         factory throws.
+///         factory throws, a `_com_error` as KAXMLRuntimeError ("ParseKaInstanceXML: COM Error: ...").
 KAXML_API int ParseKaInstanceXML(int isUrl, const wchar_t* xmlSource, CKaSchema* schema, void* context,
                                  kaInstanceXMLParseBegin begin, parsedKaInstanceCallback instance,
                                  parsedKaRelationshipCallback relationship, projectElementCallback project,

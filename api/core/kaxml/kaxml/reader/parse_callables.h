@@ -54,7 +54,7 @@ struct KaParseCallables {
 /// @param callables  used during the call only; must not be changed meanwhile.
 /// @param factory    must outlive the call; null for a CKaSchemaInstanceFactory of the schema.
 /// @param flags      bits of KaParseFlags.
-/// @throws what ParseKaInstanceXML throws.
+/// Throws as ParseKaInstanceXML.
 KAXML_API void ParseKaInstanceFile(const wchar_t* path, CKaSchema* schema, const KaParseCallables& callables,
                                    IKaInstanceFactory* factory = nullptr, unsigned int flags = 0);
 

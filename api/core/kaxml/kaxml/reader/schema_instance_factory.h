@@ -33,6 +33,7 @@ class CKaRelationshipClass;
 /// classes of its own.
 class KAXML_API CKaSchemaInstanceFactory : public IKaInstanceFactory {
   public:
+    /// Collects the classes of the schema and its references.
     /// @param schema         not null (KAXMLInvalidArgument); not owned. It must outlive the factory.
     /// @param classTypeMask  bits of KaClassType: only classes with one of them are found. Structs
     ///                       and custom attributes are no objects of their own, so they are not
