@@ -47,26 +47,17 @@ void* Require(void* block) { return block != nullptr ? block : throw std::bad_al
 
 } // namespace
 
+// Those of arrays are the standard library's own, which lead here.
 void* operator new(std::size_t size) { return Require(Allocate(size)); }
-void* operator new[](std::size_t size) { return Require(Allocate(size)); }
 void* operator new(std::size_t size, Nothrow) noexcept { return Allocate(size); }
-void* operator new[](std::size_t size, Nothrow) noexcept { return Allocate(size); }
 void* operator new(std::size_t size, Alignment alignment) { return Require(Allocate(size, alignment)); }
-void* operator new[](std::size_t size, Alignment alignment) { return Require(Allocate(size, alignment)); }
 void* operator new(std::size_t size, Alignment alignment, Nothrow) noexcept { return Allocate(size, alignment); }
-void* operator new[](std::size_t size, Alignment alignment, Nothrow) noexcept { return Allocate(size, alignment); }
 void operator delete(void* block) noexcept { Free(block); }
-void operator delete[](void* block) noexcept { Free(block); }
 void operator delete(void* block, std::size_t) noexcept { Free(block); }
-void operator delete[](void* block, std::size_t) noexcept { Free(block); }
 void operator delete(void* block, Nothrow) noexcept { Free(block); }
-void operator delete[](void* block, Nothrow) noexcept { Free(block); }
 void operator delete(void* block, Alignment) noexcept { Free(block); }
-void operator delete[](void* block, Alignment) noexcept { Free(block); }
 void operator delete(void* block, std::size_t, Alignment) noexcept { Free(block); }
-void operator delete[](void* block, std::size_t, Alignment) noexcept { Free(block); }
 void operator delete(void* block, Alignment, Nothrow) noexcept { Free(block); }
-void operator delete[](void* block, Alignment, Nothrow) noexcept { Free(block); }
 
 #ifdef KAXML_TEST_REPLACES_MALLOC
 extern "C" void* malloc(std::size_t size) noexcept { return Allocate(size); }

@@ -38,6 +38,7 @@ TEST(Errors, SayWhatTheModelRefuses) {
     CKaClass& c = *s.CreateKaClass(L"Pump", L"", 1);
     CKaProperty& p = *c.AddKaProperty(L"Flow", L"double", L"");
     CKaProperty& list = *c.AddKaProperty(L"List", L"Pump", L"");
+    s.CreateKaRelationshipClass(L"Feeds", L"", 1);
     CKaInstance i(&c);
     CKaValue v(&p, L"1");
     KaArrayValue a(&list);
@@ -45,6 +46,7 @@ TEST(Errors, SayWhatTheModelRefuses) {
     a.PushBack(&member);
     a.PushBack(nullptr);
     long number = 5;
+    std::wstring text = L"before";
     const std::wstring range = L"Passed a value outside the 32-bit range to ";
     const std::tuple<Expect, Call, std::wstring> cases[] = {
         {invalid, [&] { CKaClass(L"A", nullptr, nullptr); }, L"Passed NULL pKaSchema into CKaClass constructor"},
@@ -70,6 +72,14 @@ TEST(Errors, SayWhatTheModelRefuses) {
         {invalid, [&] { s.IterateOverAllClasses(nullptr, &s, 0); },
          L"CKaSchema::IterateOverClasses called with NULL callback!"},
         {runtime, [&] { CKaClassIterator(nullptr); }, L"Called CKaClassIterator::CKaClassIterator with NULL pKaSchema"},
+        {invalid, [&] { s.IterateOverAllRelationshipClasses(nullptr, &s, 0); },
+         L"CKaSchema::IterateOverRelationshipClasses called with NULL callback!"},
+        {runtime, [&] { s.FindKaRelationshipClass(nullptr, 1); },
+         L"NULL context passed ot findKaRelationshipClassCallback"},
+        {runtime, [&] { CKaReferencedSchemaIterator(nullptr); },
+         L"Called CKaReferencedSchemaIterator::CKaReferencedSchemaIterator with NULL pKaSchema"},
+        {logic, [&] { s.GetRelativeClassName(static_cast<CKaClass*>(nullptr)); },
+         L"Cannot pass NULL pKaClass to CKaSchema::GetRelativeClassName."},
         {invalid, [&] { CKaSchemaReference(nullptr); }, L"CKaSchemaReference constructor requires a non-NULL KaSchema"},
         {invalid, [&] { CKaSchema::IsPrimitiveType(nullptr); }, L"Passed typeName to CKaSchema::IsPrimitiveType"},
         {format, [&] { s.GetRelativeClassName(L"pl:No"); },
@@ -78,6 +88,13 @@ TEST(Errors, SayWhatTheModelRefuses) {
         {invalid, [&] { v.SetValue(-2147483649); }, range + L"CKaValue::SetValue"},
         {invalid, [&] { v.GetValue(static_cast<long*>(nullptr)); }, L"Passed NULL pLong into CKaValue::GetValue"},
         {invalid, [&] { v.GetValue(static_cast<double*>(nullptr)); }, L"Passed NULL pDouble into CKaValue::GetValue"},
+        {invalid, [&] { KaValueBase::CreateKaValueForKaProperty(nullptr, &p); },
+         L"NULL pKaClass or pKaProperty passed to CreateKaValueForKaProperty"},
+        {invalid, [&] { KaValueBase::CreateKaValueForKaProperty(&c, nullptr); },
+         L"NULL pKaClass or pKaProperty passed to CreateKaValueForKaProperty"},
+        {invalid, [] { KaValueBase::CreateKaValueFromXml(nullptr, nullptr); },
+         L"NULL pKaClass passed to CreateKaValueFromXml"},
+        {invalid, [&] { a.GetValue(2); }, L"Passed an index that is not below the count to KaArrayValue::GetValue"},
         {invalid, [&] { KaArrayValue{nullptr}; }, L"Passed NULL pKaProperty to KaValueBase::Reinitialize"},
         {runtime, [&] { KaStructValue{&p}; }, L"Could not find class for struct property"},
         {logic, [&] { a.PushBack(&member); },
@@ -95,12 +112,17 @@ TEST(Errors, SayWhatTheModelRefuses) {
          L"Attempted to create value for property 'No' which does not exist in class 'Pump'"},
         {invalid, [&] { i.SetPropertyValue(L"Flow", nullptr); }, L"InternalSetValue called with a NULL value"},
         {invalid, [&] { i.SetPropertyValue(L"Flow", 2147483648); }, range + L"CKaInstance::SetPropertyValue"},
-        {invalid, [&] { i.SetPropertyValue(L"Flow", 4294967296u); }, range + L"CKaInstance::SetPropertyValue"}};
+        {invalid, [&] { i.SetPropertyValue(L"Flow", 4294967296u); }, range + L"CKaInstance::SetPropertyValue"},
+        {invalid, [&] { GenerateKaInstanceXMLIdentifier(nullptr, 1, text); },
+         L"Passed NULL className into GenerateKaInstanceXMLIdentifier"},
+        {invalid, [&] { GenerateKaInstanceXMLIdentifier(L"P", 2147483648, text); },
+         range + L"GenerateKaInstanceXMLIdentifier"},
+        {invalid, [&] { CreateTempFileName(nullptr, text); }, L"Passed NULL suffix to CreateTempFileName"}};
     for (const auto& [expect, call, message] : cases)
         expect(call, message, L"");
     EXPECT_TRUE(s.GetKaClassCount() == 1 && c.GetKaPropertyCount() == 2 && c.GetClassType() == 1);
     EXPECT_TRUE(p.IsArray() == 0 && p.GetAttrId() == 0 && v.Value() == L"1" && a.GetLength() == 2);
-    EXPECT_TRUE(i.GetKaValueCount() == 0 && number == 5);
+    EXPECT_TRUE(i.GetKaValueCount() == 0 && number == 5 && text == L"before");
 }
 
 } // namespace

@@ -31,12 +31,14 @@ struct ValueTest : testing::Test {
 };
 
 TEST_F(ValueTest, ReadsAndWritesNumbersAsTheRunTimeLibraryDoes) {
-    const std::vector<std::pair<const wchar_t*, long>> longs = {{L"12abc", 12}, {L"", 0}, {L" \t-7", -7}, {L"0x1", 0}};
+    const std::vector<std::pair<const wchar_t*, long>> longs = {
+        {L"12abc", 12}, {L"", 0}, {L" \t-7", -7}, {L"0x1", 0}, {L"-2147483648", -2147483648L}};
     for (const auto& [text, number] : longs)
         ExpectRead(text, number);
     for (const wchar_t* const text : {L"2147483648", L"12345678901", L"99999999999999999999"})
         ExpectRead(text, 2147483647L, L"long");
-    ExpectRead(L"-99999999999", -2147483648L, L"long");
+    for (const wchar_t* const text : {L"-2147483649", L"-99999999999"})
+        ExpectRead(text, -2147483648L, L"long");
     const std::vector<std::pair<const wchar_t*, double>> doubles = {
         {L" -1.5x", -1.5}, {L"", 0}, {L"1,5", 1}, {L"0x1p4", 16}, {L"-inf", -HUGE_VAL}, {L"Infinity", HUGE_VAL}};
     for (const auto& [text, number] : doubles)

@@ -101,6 +101,7 @@ TEST_P(Reading, ReportsWhereAFileBreaksAndKeepsNothingOpen) {
     }
     CurrentFileCalls() = calls;
     EXPECT_EQ(OutcomeOf(document), expected);
+    EXPECT_NE(Outcome(folder / "none").find("none': No such file or directory"), ending.npos);
     EXPECT_NE(Outcome(folder.Path()).find("Cannot open '" + folder.Path().string() + "': Is a directory"), ending.npos);
     EXPECT_EQ(openFiles(), before);
 }

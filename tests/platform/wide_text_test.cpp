@@ -61,10 +61,7 @@ TYPED_TEST(WideText, IsTakenInSlicesUpToWhatIsNoCharacter) {
 }
 
 TYPED_TEST(WideText, ComesFromUtf8AndReplacesMalformedBytes) {
-    const struct {
-        const char* utf8;
-        std::u32string text;
-    } cases[] = {
+    const std::pair<const char*, std::u32string> cases[] = {
         {"plain ASCII text, longer than a step", U"plain ASCII text, longer than a step"},
         {"\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF",
          U"\x80\x7FF\x800\xFFFF\x10000\x10FFFF"},
@@ -73,11 +70,11 @@ TYPED_TEST(WideText, ComesFromUtf8AndReplacesMalformedBytes) {
         {"\xF4\x90\x80\x80", U"\xFFFD\xFFFD\xFFFD\xFFFD"}, // above U+10FFFF
         {"a\xE9z\xE4\xB8", U"a\xFFFDz\xFFFD\xFFFD"},       // cut off
     };
-    for (const auto& each : cases) {
+    for (const auto& [utf8, text] : cases) {
         std::basic_string<TypeParam> wide;
-        AppendUtf8AsWide(wide, each.utf8);
-        EXPECT_EQ(wide, TextOf<TypeParam>(each.text)) << each.utf8;
-        EXPECT_EQ(WideFromUtf8(this->Utf8(wide)), TextOf<wchar_t>(each.text));
+        AppendUtf8AsWide(wide, utf8);
+        EXPECT_EQ(wide, TextOf<TypeParam>(text)) << utf8;
+        EXPECT_EQ(WideFromUtf8(this->Utf8(wide)), TextOf<wchar_t>(text));
     }
     EXPECT_EQ(this->Utf8({'a', static_cast<TypeParam>(0xD800), 'z'}), "a\xEF\xBF\xBDz");
     std::string refused;

@@ -1,6 +1,8 @@
+#include <kaxml/platform/dom.h>
+
 #include "support/instance_recorder.h"
 
-/// The documents of data/xml/conformance.txt, through the parser and through the reader of
+/// The documents of data/xml/conformance.txt, through the parser, the tree and the reader of
 /// instances. The head of the file tells how its lines are to be read.
 namespace KAXML::Test {
 namespace {
@@ -53,28 +55,49 @@ struct Outline final : XmlEvents {
     std::string text;
 };
 
+std::string WithoutSpace(std::string text) {
+    std::erase_if(text, [](char c) { return std::string_view(" \t\r\n").find(c) != std::string_view::npos; });
+    return text;
+}
+
 struct Row {
     explicit Row(std::string line) {
-        for (std::string* const field : {&rule, &verdict, &form, &document, &outcome}) {
+        for (std::string* const field : {&rule, &verdict, &form, &document, &outcome, &written}) {
             *field = line.substr(0, line.find(" | "));
             line.erase(0, field->size() + 3);
         }
     }
-    std::string rule, verdict, form, document, outcome;
+    std::string rule, verdict, form, document, outcome, written;
 
     void Expect(bool isFile, const std::wstring& source) const {
         AtEverySliceSize([&] {
             std::wstring reason;
             Outline outline;
-            const auto error = ParseXml(isFile ? *OpenFile(source, reason) : *OpenWideText(source.c_str()), outline);
-            EXPECT_EQ(verdict, error ? "refuse" : "accept");
-            if (error)
-                outline.text = std::to_string(error->line) + ":" + std::to_string(error->column) + ": " +
-                               Utf8FromWide(error->message);
+            IXMLDOMDocument2 tree;
+            const XmlError error = ParseXml(isFile ? *OpenFile(source, reason) : *OpenWideText(source.c_str()), outline)
+                                       .value_or(XmlError());
+            EXPECT_EQ(isFile ? tree.load(source) : tree.loadXML(source), verdict == "accept");
+            const auto& [code, line, column, url, message] = tree.get_parseError();
+            EXPECT_EQ(std::tie(line, column, message), std::tie(error.line, error.column, error.message));
             const std::string expected = Utf8(Unescaped(outcome));
-            EXPECT_EQ(error || outcome.empty() ? outline.text.substr(0, expected.size()) : outline.text, expected);
+            const std::string place = std::to_string(line) + ":" + std::to_string(column) + ": ";
+            const std::string found = code != 0 ? place + Utf8FromWide(message) : outline.text;
+            EXPECT_EQ(code != 0 || outcome.empty() ? found.substr(0, expected.size()) : found, expected);
+            if (code == 0)
+                ExpectWriting(tree, outline);
         });
         EXPECT_EQ(verdict, InstanceRecorder().Run(isFile, source).ends_with("done\n") ? "accept" : "refuse");
+    }
+
+    // Apart from layout, what the tree writes is the same document. Read again it is written the same.
+    void ExpectWriting(IXMLDOMDocument2& tree, const Outline& outline) const {
+        Outline again;
+        const std::string text = tree.Serialize();
+        EXPECT_EQ(written.empty() ? "" : text, Utf8(Unescaped(written)));
+        EXPECT_TRUE(tree.loadXML(WideFromUtf8(text)));
+        EXPECT_EQ(tree.Serialize(), text);
+        ParseXml(*OpenWideText(WideFromUtf8(text).c_str()), again);
+        EXPECT_EQ(WithoutSpace(again.text), WithoutSpace(outline.text));
     }
 };
 

@@ -5,27 +5,6 @@
 namespace KAXML::Test {
 namespace {
 
-std::string ReadAll(XmlInput& input, std::size_t capacity) {
-    std::string all;
-    std::string buffer(capacity, '\0');
-    while (const std::size_t count = input.Read(buffer.data(), capacity)) {
-        all.append(buffer, 0, count);
-        EXPECT_TRUE(count == capacity || input.Read(buffer.data(), capacity) == 0) << "a short read before the end";
-    }
-    return all;
-}
-
-TEST(XmlInput, FillsTheBufferUpToTheEndOrTheBreak) {
-    const std::wstring lone = {L'<', L'a', L'>', static_cast<wchar_t>(0xD800), L'x'};
-    AtEverySliceSize([&] {
-        EXPECT_EQ(ReadAll(*OpenWideText(L"\xFEFF<\u00E9\u4E2D\U0001F642>"), 3), "<\u00E9\u4E2D\U0001F642>");
-        EXPECT_EQ(ReadAll(*OpenWideText(L""), 100), "");
-        const std::unique_ptr<XmlInput> broken = OpenWideText(lone.c_str());
-        EXPECT_EQ(ReadAll(*broken, 2), "<a>\xFF");
-        EXPECT_EQ(broken->Failure(), L"The text holds U+D800, which is no character");
-    });
-}
-
 // The parser must stop at the break and report it, wherever in the markup it falls.
 TEST(XmlInput, BreakIsTheReportedErrorWhereverItFalls) {
     EveryEvent ignore;
@@ -48,6 +27,8 @@ TEST(XmlInput, BreakIsTheReportedErrorWhereverItFalls) {
     std::wstring reason; // a file that opens but cannot be read
     EXPECT_EQ(ParseXml(*OpenFile(L"/proc/self/mem", reason), ignore)->message,
               L"Cannot read '/proc/self/mem': Input/output error");
+    const std::wstring endless = folder.Write("d.xml", "<?xml" + std::string(5000, ' '));
+    EXPECT_EQ(ParseXml(*OpenFile(endless, reason), ignore)->message, L"The XML declaration is too long");
 }
 
 TEST(XmlInput, TellsPathsAndUrlsApart) {

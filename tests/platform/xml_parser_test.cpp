@@ -25,22 +25,5 @@ TEST(XmlParser, PassesExceptionsOfEveryEventOnAndNoEventAfterThem) {
     });
 }
 
-TEST(XmlParser, ReportsARefusalByTheReceiverAtItsPlace) {
-    EveryEvent refuser;
-    int count = 0;
-    refuser.note = [&] { ++count == 3 ? throw XmlRefusal{L"no sections"} : void(); };
-    const XmlError error = ParseXml(*OpenWideText(L"<a>\n<![CDATA[x]]> <b></a>"), refuser).value();
-    EXPECT_EQ(error.message, L"no sections");
-    EXPECT_EQ(std::pair(error.line, error.column), std::pair(2, 14));
-}
-
-TEST(XmlParser, ReadsLongDocuments) {
-    EveryEvent ignore;
-    const std::wstring text(11'000'000, L'x'); // beyond the limits that libxml2 has by default
-    for (const std::wstring& document : {L"<a>" + text + L"</a>", L"<a x='" + text + L"'/>",
-                                         L"<a><![CDATA[" + text + L"]]></a>", L"<a><!--" + text + L"--></a>"})
-        EXPECT_FALSE(ParseXml(*OpenWideText(document.c_str()), ignore));
-}
-
 } // namespace
 } // namespace KAXML::Test

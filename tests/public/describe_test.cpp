@@ -8,7 +8,9 @@
 
 namespace {
 
-struct ClientsError final : KAXML::KAXMLFormatError {
+using namespace KAXML;
+
+struct ClientsError final : KAXMLFormatError {
     using KAXMLFormatError::KAXMLFormatError;
 };
 
@@ -18,13 +20,12 @@ template <typename T> std::string Streamed(const T& object) {
     std::wostringstream wide;
     narrow << object;
     wide << object;
-    EXPECT_EQ(narrow.str(), KAXML::ToUtf8(wide.str()));
-    EXPECT_EQ(wide.str(), KAXML::Describe(object));
+    EXPECT_EQ(narrow.str(), ToUtf8(wide.str()));
+    EXPECT_EQ(wide.str(), Describe(object));
     return narrow.str();
 }
 
 TEST(Describe, NamesTheClassTheMessageAndTheLocation) {
-    using namespace KAXML;
     EXPECT_EQ(Streamed(KAXMLException(L"m")), "KAXMLException: m");
     EXPECT_EQ(Streamed(KAXMLLogicError(L"m", L"Here")), "KAXMLLogicError: m @ Here");
     EXPECT_EQ(Streamed(KAXMLDomainError(L"Größe \U0001F600")), "KAXMLDomainError: Gr\xC3\xB6\xC3\x9F"
@@ -38,27 +39,26 @@ TEST(Describe, NamesTheClassTheMessageAndTheLocation) {
 
 TEST(Describe, NamesSeverities) {
     std::ostringstream out;
-    for (const int severity : {KAXML::LOG_ERROR, KAXML::LOG_WARNING, KAXML::LOG_INFO, KAXML::LOG_TRACE})
-        out << std::setw(8) << Streamed(static_cast<KAXML::LOG_SEV>(severity));
+    for (const int severity : {LOG_ERROR, LOG_WARNING, LOG_INFO, LOG_TRACE})
+        out << std::setw(8) << Streamed(static_cast<LOG_SEV>(severity));
     EXPECT_EQ(out.str(), "   error warning    info   trace");
-    EXPECT_STREQ(KAXML::Describe(static_cast<KAXML::LOG_SEV>(-9)), L"unknown");
-}
-
-std::wstring DescribeThrown(void (*thrower)()) {
-    try {
-        thrower();
-    } catch (...) {
-        return KAXML::DescribeCurrentException();
-    }
-    return L"nothing thrown";
+    EXPECT_STREQ(Describe(static_cast<LOG_SEV>(-9)), L"unknown");
 }
 
 TEST(Describe, KnowsTheExceptionBeingHandled) {
-    EXPECT_EQ(DescribeThrown([] { throw ClientsError(L"m", L"l"); }), L"KAXMLFormatError: m @ l");
-    EXPECT_EQ(DescribeThrown([] { throw KAXML::_com_error(KAXML::E_FAIL, L"d"); }), L"_com_error 0x80004005: d");
-    EXPECT_EQ(DescribeThrown([] { throw std::runtime_error("w\xC3\xB6"); }), L"wö");
-    EXPECT_EQ(DescribeThrown([] { throw 1; }), L"unknown exception");
-    EXPECT_EQ(KAXML::DescribeCurrentException(), L"");
+    const std::pair<void (*)(), const wchar_t*> cases[] = {
+        {[] { throw ClientsError(L"m", L"l"); }, L"KAXMLFormatError: m @ l"},
+        {[] { throw _com_error(E_FAIL, L"d"); }, L"_com_error 0x80004005: d"},
+        {[] { throw std::runtime_error("w\xC3\xB6"); }, L"wö"},
+        {[] { throw 1; }, L"unknown exception"},
+    };
+    for (const auto& [thrower, text] : cases)
+        try {
+            thrower();
+        } catch (...) {
+            EXPECT_EQ(DescribeCurrentException(), text);
+        }
+    EXPECT_EQ(DescribeCurrentException(), L"");
 }
 
 } // namespace

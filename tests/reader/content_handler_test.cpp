@@ -3,6 +3,7 @@
 #include <kaxml/kaxml/reader/instance_handlers.h>
 
 #include <optional>
+#include <tuple>
 
 namespace KAXML::Test {
 namespace {
@@ -58,13 +59,9 @@ TEST_F(ContentHandler, ObeysAnAnswerOrRefusesIt) {
     const std::wstring keeps = L"EndElement should never return a pNextHandler if END_ACTION is NOCHANGE";
     const std::wstring pops = L"EndElement should never return a pNextHandler if END_ACTION is POP or POP_UNHANDLED";
     const std::wstring noEnd = L"EndElement returned an unrecognized END_ACTION";
-    const struct {
-        bool isStart;
-        int answer;
-        bool hasNext;
-        std::wstring failure;
-        const char* calls; // at last the handler then on top is named
-    } cases[] = {
+    // At the start or the end, the answer, a next handler, the failure, and the calls. At last the
+    // handler then on top is named.
+    const std::tuple<bool, int, bool, std::wstring, const char*> cases[] = {
         {true, STATUSQUO, false, L"", "A<1 A:"},
         {true, STATUSQUO, true, stays, "A<1 ~B A:"},
         {true, PUSH, true, L"", "A<1 B:"},
@@ -82,16 +79,16 @@ TEST_F(ContentHandler, ObeysAnAnswerOrRefusesIt) {
         {false, REPLACE, true, L"", "A> ~A B:"},
         {false, 4, false, noEnd, "A> A:"},
     };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(each.calls);
+    for (const auto& [isStart, answer, hasNext, failure, expected] : cases) {
+        SCOPED_TRACE(expected);
         handler.emplace(&schema, nullptr, RequiredCallbacks(), 0u);
         calls.clear();
         Push("C", NOCHANGE);
-        Push("A", each.answer, each.hasNext ? std::make_unique<FakeHandler>("B", calls) : nullptr);
-        const auto run = [&] { EXPECT_EQ(each.isStart ? Start(&attributes) : End(), S_OK); };
-        each.failure.empty() ? run() : ExpectThrows<KAXMLLogicError>(run, each.failure);
+        Push("A", answer, hasNext ? std::make_unique<FakeHandler>("B", calls) : nullptr);
+        const auto run = [&, isStart = isStart] { EXPECT_EQ(isStart ? Start(&attributes) : End(), S_OK); };
+        failure.empty() ? run() : ExpectThrows<KAXMLLogicError>(run, failure);
         handler->raw_characters(L" ", 1);
-        EXPECT_EQ(calls, std::string(each.calls) + " ");
+        EXPECT_EQ(calls, std::string(expected) + " ");
     }
 }
 
@@ -109,30 +106,6 @@ TEST_F(ContentHandler, FailsWithoutAHandlerOnTopAndDestroysTheRestTopDown) {
     ExpectThrows<KAXMLRuntimeError>([&] { Start(&attributes); }, none);
     handler.reset();
     EXPECT_EQ(calls, "C> ~C ~B ~A ") << "a handler may refer to those below it";
-}
-
-TEST(DefaultHandlers, KnowNoOtherInterface) {
-    CDefaultSAXContentHandler content;
-    CDefaultErrorHandler error;
-    void* object = &content;
-    EXPECT_EQ(content.QueryInterface(nullptr, &object), E_NOINTERFACE);
-    EXPECT_EQ(object, nullptr);
-    object = &content;
-    EXPECT_EQ(error.QueryInterface(nullptr, &object), E_NOINTERFACE);
-    EXPECT_EQ(object, nullptr);
-}
-
-// What no document can bring about.
-TEST_F(ContentHandler, HandlersCheckWhatTheyAreMadeFor) {
-    const auto expect = [](auto make, const wchar_t* message) { ExpectThrows<KAXMLInvalidArgument>(make, message); };
-    expect([] { KaInstanceXMLHandler{nullptr}; }, L"Passed NULL CKAXMLSAXContentHandler into KaInstanceXMLHandler");
-    expect([] { PropertiesHandler(nullptr, nullptr); }, L"Passed NULL pKaInstance into PropertiesHandler constructor");
-    expect([] { ArrayHandler(nullptr, nullptr); }, L"Passed NULL pArrayValue into ArrayHandler constructor");
-    expect([] { StructHandler(nullptr, nullptr); }, L"Passed NULL pStructValue to StructHandler constructor");
-    expect([] { RelationshipHandler(nullptr, nullptr); },
-           L"Passed NULL pRelationship into RelationshipHandler constructor");
-    ExpectThrows<KAXMLRuntimeError>([] { StateHandler(nullptr, L"").GetSaxHandler(); },
-                                    L"Asking for m_pSaxHandler when it is NULL");
 }
 
 TEST(StateHandler, TracksOneElementUntilAReset) {

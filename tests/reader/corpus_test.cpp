@@ -63,14 +63,6 @@ TEST(InstanceDocument, NestsStructsAThousandDeepAndNoDeeper) {
                                   " ] }\nend\nlog -3 Imported instances: 1\ndone\n");
 }
 
-TEST(InstanceDocument, NestsProjectsTenThousandDeep) {
-    const std::size_t depth = 10'000;
-    InstanceRecorder().ExpectEverywhere(
-        InRoot(Repeat(depth, "<Project>") + "<Item id='1'/>" + Repeat(depth, "</Project>")),
-        "begin ''\n" + Repeat(depth, "open Project\n") + "instance Item '1'\n" + Repeat(depth, "close Project\n") +
-            "end\nlog -3 Imported instances: 1\ndone\n");
-}
-
 TEST(InstanceDocument, DeliversAMegabyteOfTextUnchanged) {
     const std::string text = Repeat(60'000, " line \xC3\xA9 \xF0\x9F\x99\x82\n");
     std::string quoted = Repeat(60'000, " line \xC3\xA9 \xF0\x9F\x99\x82\\n");

@@ -40,46 +40,37 @@ std::string Described(const std::wstring& text) {
     return isLarge ? "200 MB" : Narrow(text.substr(0, 100));
 }
 
-// A client that only counts: InstanceRecorder keeps all that it is told. The outcome is the numbers of
-// instances and projects, the last instance's id, the number of its values and the last one of them.
-class Counts final : public IKaInstanceFactory {
-  public:
-    std::string Parse(const std::wstring& path) {
-        try {
-            ParseKaInstanceXML(1, path.c_str(), &MachinesSchema(), this, nullptr, &Take,
-                               RequiredCallbacks().parsedRelationship, &TakeProject, nullptr, nullptr, this,
-                               SKIP_UNRECOGNIZED_CLASSES | IGNORE_UNRECOGNIZED_PROPERTIES);
-        } catch (const KAXMLRuntimeError& error) {
-            return std::regex_replace(Narrow(error.Message()), std::regex("^.* column \\d+: (.*)\\. /.*$"), "$1");
-        }
-        return std::to_string(m_instances) + " " + std::to_string(m_projects) + " " + m_last;
-    }
+struct CountedFactory final : CKaSchemaInstanceFactory {
+    using CKaSchemaInstanceFactory::CKaSchemaInstanceFactory;
+    CKaInstance* CreateInstance(CKaClass* kaClass) override { return new Counted<CKaInstance>(kaClass); }
+};
 
-    CKaInstance* CreateKaInstance(const wchar_t*, const wchar_t* name, int*) override {
-        CKaClass* const kaClass = MachinesSchema().FindKaClass(name, KA_ANY_CLASS_TYPE);
-        return kaClass != nullptr ? new Counted<CKaInstance>(kaClass) : nullptr;
-    }
-
-  private:
-    static int Take(CKaSchema*, void* self, CKaInstance* instance) {
-        ++static_cast<Counts*>(self)->m_instances;
-        std::string& last = static_cast<Counts*>(self)->m_last = Described(instance->InstanceID());
-        if (const unsigned int count = instance->GetKaValueCount()) {
-            const KaValueBase* const value = instance->GetKaValue(count - 1);
+// InstanceRecorder keeps all that it is told. This is the numbers of instances and projects, the last
+// instance's id, the number of its values and the last one of them.
+std::string OutcomeOf(const std::wstring& path) {
+    std::size_t instances = 0, projects = 0;
+    std::string last;
+    KaParseCallables callables;
+    callables.projectBegin = [&](const XMLAttributes&) { ++projects; };
+    callables.instance = [&](CKaInstance& instance) {
+        ++instances;
+        last = Described(instance.InstanceID());
+        if (const unsigned int count = instance.GetKaValueCount()) {
+            const KaValueBase* const value = instance.GetKaValue(count - 1);
             last += " " + std::to_string(count) + " " + Narrow(value->PropertyName());
             if (const auto* primitive = dynamic_cast<const CKaValue*>(value))
                 last += "=" + Described(primitive->Value());
         }
-        return 0;
+    };
+    CountedFactory factory(&MachinesSchema());
+    try {
+        ParseKaInstanceFile(path.c_str(), &MachinesSchema(), callables, &factory,
+                            SKIP_UNRECOGNIZED_CLASSES | IGNORE_UNRECOGNIZED_PROPERTIES);
+    } catch (const KAXMLRuntimeError& error) {
+        return std::regex_replace(Narrow(error.Message()), std::regex("^.* column \\d+: (.*)\\. /.*$"), "$1");
     }
-    static int TakeProject(CKaSchema*, void* self, bool isStart, const wchar_t*, XMLAttributes*) {
-        return static_cast<Counts*>(self)->m_projects += isStart ? 1u : 0u, 0;
-    }
-
-    std::size_t m_instances = 0;
-    std::size_t m_projects = 0;
-    std::string m_last;
-};
+    return std::to_string(instances) + " " + std::to_string(projects) + " " + last;
+}
 
 const std::string kTooManyNames = "The document has more than 250000 different names";
 const std::string kTooManyAttributes = "The document has more than 100000 attributes in one element";
@@ -98,6 +89,7 @@ const Case kCases[] = {
     {"Names", "<Item id='I'>", {{kMaxNames - 20, "<N%/>"}}, "<Tag>t</Tag></Item>", "1 0 I 1 Tag=t"},
     {"TooManyNames", "<Item id='I'>", {{kMaxNames, "<N%/>"}}, "</Item>", kTooManyNames},
     {"Depth", "<No>", {{1'000'000, "<a>"}, {1'000'000, "</a>"}}, "</No>", "0 0 "},
+    {"NestedProjects", Repeat(10'000, "<Project>"), {{1, "<Item id='I'/>"}}, Repeat(10'000, "</Project>"), "1 10000 I"},
     {"Projects", "", {{10'001, "<Project a='%'/>"}}, "", "0 10001 "},
     {"Instances", "", {{1'000'001, "<Item id='%'/>"}}, "", "1000001 0 1000000"},
     {"ValuesOfOneProperty", "<Pump id='I'>", {{100'001, "<Tag>%</Tag>"}}, "</Pump>", "1 0 I 1 Tag=100000"},
@@ -121,7 +113,7 @@ TEST_P(InstanceLimits, AreExactAndWhatHasNoneIsTaken) {
     for (const Repeated& repeated : GetParam().content)
         repeated.Write(out);
     out << GetParam().closing << "</KaInstanceXML>" << std::flush;
-    EXPECT_EQ(Counts().Parse(WideFromUtf8((folder / "document.xml").string())), GetParam().outcome);
+    EXPECT_EQ(OutcomeOf(WideFromUtf8((folder / "document.xml").string())), GetParam().outcome);
     EXPECT_EQ(Counted<CKaInstance>::s_alive, 0);
 }
 

@@ -56,25 +56,22 @@ TEST_F(ParseErrors, AreReportedWithTheWayToTheText) {
 
 TEST_F(ParseErrors, LeaveADumpOfTheTextWhenAskedTo) {
     const std::string longName(5000, 'n');
-    const struct {
-        const char* variable;
-        std::string document, report;
-    } cases[] = {
+    const std::tuple<const char*, std::string, std::string> cases[] = {
         {"", kBad, kReport},
         {"0", "<a>\r\n<" + longName + ">",
          kFailed + "5003 with error: Premature end of data in tag " + longName + " line 2"},
     };
     AtEverySliceSize([&] {
-        for (const auto& each : cases) {
-            setenv(kVariable, each.variable, 1);
-            const std::string got = ReportOf(0, WideFromUtf8(each.document));
-            const std::string where = each.report + ". You can find the offending xml message in: ";
+        for (const auto& [variable, document, itsReport] : cases) {
+            setenv(kVariable, variable, 1);
+            const std::string got = ReportOf(0, WideFromUtf8(document));
+            const std::string where = itsReport + ". You can find the offending xml message in: ";
             ASSERT_EQ(got.substr(0, where.size()), where);
             const std::filesystem::path dump = got.substr(where.size());
             EXPECT_EQ(dump.parent_path(), folder.Path());
             EXPECT_TRUE(dump.filename().string().ends_with(".kainstance.xml"));
-            EXPECT_EQ(BytesOf(dump), "<!-- " + each.report.substr(std::string("error ").size()) +
-                                         ".  IGNORE THIS LINE WHEN COUNTING LINE NUMBERS -->\n" + each.document);
+            EXPECT_EQ(BytesOf(dump), "<!-- " + itsReport.substr(std::string("error ").size()) +
+                                         ".  IGNORE THIS LINE WHEN COUNTING LINE NUMBERS -->\n" + document);
             EXPECT_EQ(std::filesystem::status(dump).permissions(), std::filesystem::perms(0600));
             std::filesystem::remove(dump);
         }

@@ -40,40 +40,34 @@ TEST(References, AreFoundByVersionNameAndPrefix) {
 }
 
 TEST(References, ClassesAreSearchedDepthFirst) {
-    s_destroyed = 0;
-    {
-        CKaSchema plant(L"Plant", L"pl", nullptr);
-        CKaSchema* const base = Refer(plant, L"Base", L"1.0", L"Pump");
-        CKaSchema* const deep = Refer(*base, L"Deep", L"1.0", L"Valve");
-        CKaSchema* const last = Refer(plant, L"Last", L"1.0", L"Valve");
-        CKaSchemaReference again(base); // destroyed once
-        plant.AddReference(again);
-        const std::vector<std::pair<const wchar_t*, CKaSchema*>> cases = {
-            {L"Pump", base}, {L"Valve", deep}, {L"pLast:Valve", last}, {L"pl:Valve", deep}, {L"pLast:Pump", nullptr}};
-        for (const auto& [name, schema] : cases) {
-            EXPECT_EQ(plant.FindKaClassUsingFullName(name, 1), schema ? schema->GetKaClassByIndex(0) : nullptr);
-            EXPECT_EQ(plant.FindKaRelationshipClassUsingFullName(name, 1),
-                      schema ? schema->GetKaRelationshipClass(0) : nullptr);
-        }
-        EXPECT_EQ(plant.GetRelativeClassName(L"pl:Valve"), L"pDeep:Valve");
-        CKaClass* const own = plant.CreateKaClass(L"Valve", L"", KA_CUSTOM_ATTRIBUTE_CLASS);
-        EXPECT_EQ(plant.FindKaClass(L"Valve", KA_DOMAIN_CLASS), nullptr); // the first of the name decides
-        EXPECT_EQ(plant.GetRelativeClassName(own), L"Valve");
-        const auto expectRefused = [&plant](auto find, const std::wstring& operation, const std::wstring& argument) {
-            const std::wstring kind = argument == L"prefix" ? L"KaSchema with prefix '" : L"KaSchema '";
-            ExpectThrows<KAXMLLogicError>([&] { (plant.*find)(L"Pump", nullptr, 1); },
-                                          operation + L": " + argument + L" cannot be NULL!");
-            for (const wchar_t* const name : {L"pDeep", L"Deep"}) // of a reference's reference
-                ExpectThrows<KAXMLDomainError>([&] { (plant.*find)(L"Pump", name, 1); },
-                                               kind + name + L"' not found among 'Plant's referenced schemas");
-        };
-        expectRefused(&CKaSchema::FindKaClassUsingPrefix, L"FindKaClassUsingPrefix", L"prefix");
-        expectRefused(&CKaSchema::FindKaRelationshipClassUsingPrefix, L"FindKaRelationshipClassUsingPrefix", L"prefix");
-        expectRefused(&CKaSchema::FindKaClassUsingSchemaName, L"FindKaClassUsingSchemaName", L"schemaName");
-        expectRefused(&CKaSchema::FindKaRelationshipClassUsingSchemaName, L"FindKaRelationshipClassUsingSchemaName",
-                      L"schemaName");
+    CKaSchema plant(L"Plant", L"pl", nullptr);
+    CKaSchema* const base = Refer(plant, L"Base", L"1.0", L"Pump");
+    CKaSchema* const deep = Refer(*base, L"Deep", L"1.0", L"Valve");
+    CKaSchema* const last = Refer(plant, L"Last", L"1.0", L"Valve");
+    const std::vector<std::pair<const wchar_t*, CKaSchema*>> cases = {
+        {L"Pump", base}, {L"Valve", deep}, {L"pLast:Valve", last}, {L"pl:Valve", deep}, {L"pLast:Pump", nullptr}};
+    for (const auto& [name, schema] : cases) {
+        EXPECT_EQ(plant.FindKaClassUsingFullName(name, 1), schema ? schema->GetKaClassByIndex(0) : nullptr);
+        EXPECT_EQ(plant.FindKaRelationshipClassUsingFullName(name, 1),
+                  schema ? schema->GetKaRelationshipClass(0) : nullptr);
     }
-    EXPECT_EQ(s_destroyed, 3);
+    EXPECT_EQ(plant.GetRelativeClassName(L"pl:Valve"), L"pDeep:Valve");
+    CKaClass* const own = plant.CreateKaClass(L"Valve", L"", KA_CUSTOM_ATTRIBUTE_CLASS);
+    EXPECT_EQ(plant.FindKaClass(L"Valve", KA_DOMAIN_CLASS), nullptr); // the first of the name decides
+    EXPECT_EQ(plant.GetRelativeClassName(own), L"Valve");
+    const auto expectRefused = [&plant](auto find, const std::wstring& operation, const std::wstring& argument) {
+        const std::wstring kind = argument == L"prefix" ? L"KaSchema with prefix '" : L"KaSchema '";
+        ExpectThrows<KAXMLLogicError>([&] { (plant.*find)(L"Pump", nullptr, 1); },
+                                      operation + L": " + argument + L" cannot be NULL!");
+        for (const wchar_t* const name : {L"pDeep", L"Deep"}) // of a reference's reference
+            ExpectThrows<KAXMLDomainError>([&] { (plant.*find)(L"Pump", name, 1); },
+                                           kind + name + L"' not found among 'Plant's referenced schemas");
+    };
+    expectRefused(&CKaSchema::FindKaClassUsingPrefix, L"FindKaClassUsingPrefix", L"prefix");
+    expectRefused(&CKaSchema::FindKaRelationshipClassUsingPrefix, L"FindKaRelationshipClassUsingPrefix", L"prefix");
+    expectRefused(&CKaSchema::FindKaClassUsingSchemaName, L"FindKaClassUsingSchemaName", L"schemaName");
+    expectRefused(&CKaSchema::FindKaRelationshipClassUsingSchemaName, L"FindKaRelationshipClassUsingSchemaName",
+                  L"schemaName");
 }
 
 TEST(References, AreDestroyedOnceHoweverOftenTheyAreHeld) {

@@ -15,19 +15,11 @@ template <int> void Note(LOG_SEV, const wchar_t* category, const wchar_t* messag
     t_seen += std::wstring(category) + L": " + message + L"\n";
 }
 
-struct Factory final : IKaInstanceFactory {
-    CKaInstance* CreateKaInstance(const wchar_t*, const wchar_t*, int*) override { return new CKaInstance(kaClass); }
-    CKaClass* kaClass = nullptr;
-};
-
 void Parse(CKaSchema& schema, int isUrl, const std::wstring& source) {
-    Factory factory;
-    factory.kaClass = schema.GetKaClassByIndex(0);
-    const auto relationship = [](CKaSchema*, void*, KaRelationshipInstance*) { return 1; };
-    const auto instance = [](CKaSchema*, void*, CKaInstance* parsed) { return parsed->AppendValueToString(t_seen), 0; };
+    KaParseCallables callables;
+    callables.instance = [](CKaInstance& parsed) { parsed.AppendValueToString(t_seen); };
     try {
-        ParseKaInstanceXML(isUrl, source.c_str(), &schema, nullptr, nullptr, instance, relationship, nullptr, nullptr,
-                           nullptr, &factory, 0);
+        (isUrl != 0 ? &ParseKaInstanceFile : &ParseKaInstanceText)(source.c_str(), &schema, callables, nullptr, 0);
     } catch (const KAXMLException& error) {
         t_seen += std::wstring(L"thrown: ") + error.Message() + L"\n";
     }

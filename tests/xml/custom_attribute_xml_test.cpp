@@ -38,23 +38,20 @@ TEST_F(CustomAttributeArrays, FailuresLeaveWhatWasAttachedFirst) {
     const std::wstring unknown = L"KaClass 'Note' does not contain an KaProperty named 'Unknown'.";
     const std::wstring notAnArray = L"KaClass 'Note's 'Text' KaProperty is not an array!";
     const std::wstring missing = L"Failed to find an CKaValue for property ";
-    const struct {
-        bool isMember;
-        const wchar_t* property;
-        std::wstring message, messageOnceAttached;
-    } cases[] = {{false, L"Unknown", unknown, missing + L"Unknown in CKaInstance::FindValue"},
-                 {false, L"Text", notAnArray, missing + L"Text in CKaInstance::FindValue"},
-                 {true, L"Unknown", unknown, unknown},
-                 {true, L"Text", notAnArray, missing + L"Text in CKaInstance::FindValue"}};
-    for (const auto& each : cases) {
+    const std::tuple<bool, const wchar_t*, std::wstring, std::wstring> cases[] = {
+        {false, L"Unknown", unknown, missing + L"Unknown in CKaInstance::FindValue"},
+        {false, L"Text", notAnArray, missing + L"Text in CKaInstance::FindValue"},
+        {true, L"Unknown", unknown, unknown},
+        {true, L"Text", notAnArray, missing + L"Text in CKaInstance::FindValue"}};
+    for (const auto& [isMember, property, message, messageOnceAttached] : cases) {
         CKaProperty holder(item);
-        const auto run = [&] {
-            each.isMember ? void(holder.CreateArrayMemberForCustomAttribute(note, each.property))
-                          : void(holder.GetArrayFromCustomAttribute(note, each.property, 1));
+        const auto run = [&, isMember = isMember, property = property] {
+            isMember ? void(holder.CreateArrayMemberForCustomAttribute(note, property))
+                     : void(holder.GetArrayFromCustomAttribute(note, property, 1));
         };
-        ExpectThrows<KAXMLLogicError>(run, each.message);
-        ExpectThrows<KAXMLLogicError>(run, each.messageOnceAttached);
-        EXPECT_EQ(holder.GetKaCustomAttributeCount(), each.messageOnceAttached == unknown ? 0U : 1U);
+        ExpectThrows<KAXMLLogicError>(run, message);
+        ExpectThrows<KAXMLLogicError>(run, messageOnceAttached);
+        EXPECT_EQ(holder.GetKaCustomAttributeCount(), messageOnceAttached == unknown ? 0U : 1U);
     }
     // A value that is there, but is no array; and an array whose members are no structs.
     item->GetArrayFromCustomAttribute(note, L"Lines", 1);

@@ -70,22 +70,19 @@ TEST_F(SchemaReferences, AreSearchedInTheCurrentDirectoryTheEnvironmentAndTheSch
     }
 }
 
-// Sees every reference that is read and lets none in.
+// Lets no reference in.
 struct Gate : CKaSchema {
-    Gate() : CKaSchema(L"temporary", L"temporary", nullptr) {}
+    using CKaSchema::CKaSchema;
     void AddReference(CKaSchemaReference& reference) override {
-        seen += reference.m_schemaName + L" " + reference.m_versionString + L" as " + reference.m_schemaPrefix;
-        throw KAXMLLogicError(L"closed");
+        throw KAXMLLogicError(reference.m_schemaName + L" " + reference.m_versionString);
     }
-    std::wstring seen;
 };
 
 TEST_F(SchemaReferences, GoThroughTheVirtualOperation) {
     const std::wstring plant = Write("plant.xml", "Plant", "Base");
     Write("Base.01.00.kaschema.xml", "Base", "");
-    Gate gate;
-    ExpectThrows<KAXMLLogicError>([&] { gate.ReadXML(plant.c_str()); }, L"closed");
-    EXPECT_TRUE(gate.seen.starts_with(L"Base 01.00 as ")) << Narrow(gate.seen);
+    Gate gate(L"temporary", L"temporary", nullptr);
+    ExpectThrows<KAXMLLogicError>([&] { gate.ReadXML(plant.c_str()); }, L"Base 01.00");
     EXPECT_EQ(gate.GetReferencedSchema(0), nullptr);
 }
 

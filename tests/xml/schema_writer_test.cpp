@@ -71,10 +71,7 @@ TEST_F(SchemaWriter, CharactersThatXmlCannotHoldAreNamedWithTheirItem) {
     const std::wstring kind = L": XML cannot hold the character U+";
     const std::wstring inTag = L"KaClass[typeName='Pump']/KaProperty[propertyName='Tag']/";
     const std::wstring high(1, static_cast<wchar_t>(0xD83D));
-    const struct {
-        std::function<void(const wchar_t*)> set;
-        std::wstring text, failure;
-    } cases[] = {
+    const std::tuple<std::function<void(const wchar_t*)>, std::wstring, std::wstring> cases[] = {
         {[&](auto* text) { schema.SetDisplayLabel(text); }, L"a\x01", L"@displayLabel" + kind + L"0001"},
         {[&](auto* text) { schema.SetDescription(text); }, high + L"x", L"@description" + kind + L"D83D"},
         {[&](auto* text) { tag.SetDisplayLabel(text); }, L"\xFFFF", inTag + L"@displayLabel" + kind + L"FFFF"},
@@ -83,15 +80,15 @@ TEST_F(SchemaWriter, CharactersThatXmlCannotHoldAreNamedWithTheirItem) {
         {[&](auto* text) { feeds.m_source.m_keyVector[0] = text; }, L"\x08",
          L"KaRelationshipClass[typeName='Feeds']/Source/Class/Key/Property[name='\xFFFD']/@name" + kind + L"0008"},
     };
-    for (const auto& each : cases) {
-        each.set(each.text.c_str());
+    for (const auto& [set, text, failure] : cases) {
+        set(text.c_str());
         try {
             write();
-            ADD_FAILURE() << Narrow(each.failure);
+            ADD_FAILURE() << Narrow(failure);
         } catch (const _com_error& error) {
-            EXPECT_EQ(error.Description(), L"/KaSchema/" + each.failure);
+            EXPECT_EQ(error.Description(), L"/KaSchema/" + failure);
         }
-        each.set(L"");
+        set(L"");
     }
 }
 

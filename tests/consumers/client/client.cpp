@@ -14,12 +14,9 @@ struct ClientsError : KAXML::KAXMLDomainError {
     ClientsError() : KAXMLDomainError(L"the client's own") {}
 };
 
-struct Factory final : KAXML::IKaInstanceFactory {
-    explicit Factory(KAXML::CKaClass* kaClass) : pump(kaClass) {}
-    KAXML::CKaInstance* CreateKaInstance(const wchar_t*, const wchar_t*, int*) override {
-        return new KAXML::CKaInstance(pump);
-    }
-    KAXML::CKaClass* pump;
+struct Factory final : KAXML::CKaSchemaInstanceFactory {
+    using CKaSchemaInstanceFactory::CKaSchemaInstanceFactory;
+    KAXML::CKaInstance* CreateInstance(KAXML::CKaClass* kaClass) override { return new KAXML::CKaInstance(kaClass); }
 };
 
 int Require(bool condition, const char* what) {
@@ -46,7 +43,7 @@ int CatchTheLibrarysExceptionByItsBase(KAXML::CKaSchema& schema) {
 }
 
 int CatchTheClientsExceptionByItsBase(KAXML::CKaSchema& schema) {
-    Factory factory(schema.FindKaClass(L"Pump", KAXML::KA_ANY_CLASS_TYPE));
+    Factory factory(&schema);
     const std::wstring document = std::wstring(L"<KaInstanceXML xmlns='") + KAXML::KAXML_NAMESPACE_URI +
                                   L"'><Pump><Flow>1.5</Flow></Pump></KaInstanceXML>";
     bool isValue = false;
