@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
 FORMATTED = find api bench examples fuzz tests \( -name '*.h' -o -name '*.cpp' \) -print0
 
-# GCC's address sanitizer loses its shadow memory on kernels that randomize addresses widely, so the
+# The address sanitizer loses its shadow memory on kernels that randomize addresses widely, so the
 # programs run without randomization where the system lets us turn it off.
 FIXED_ADDRESSES := $(shell setarch -R true 2>/dev/null && echo setarch -R)
 
@@ -24,7 +24,7 @@ help:
 	@echo "make check-install  builds clients of the installed library, static too       Clang         2.5 min"
 	@echo "make abi-check      compares symbols and files with tests/interface                         1 min"
 	@echo "make abi-update     writes them to tests/interface                                          1 min"
-	@echo "make sanitize       runs all tests under the address and UB sanitizers                      10 min"
+	@echo "make sanitize       runs all tests under the address and UB sanitizers          Clang         8 min"
 	@echo "make tsan           runs the threads' test under the thread sanitizer                       2 min"
 	@echo "make fuzz           runs each of 5 fuzz targets for MINUTES=1 or more         Clang         6.5 min"
 	@echo "make fuzz-replay    runs them on their seeds and past findings only           Clang         2.5 min"
@@ -55,7 +55,8 @@ demo: setup
 test: build
 	ctest --preset release --parallel $(JOBS)
 
-sanitize: setup
+sanitize:
+	@tools/setup.sh ci
 	cmake --preset sanitizers
 	cmake --build --preset sanitizers --parallel $(JOBS)
 	$(FIXED_ADDRESSES) ctest --preset sanitizers --parallel $(JOBS)
@@ -74,7 +75,7 @@ FUZZ_SEEDS_schema = tests/data/schemas
 # The targets' files lie in memory where the system has room for files there.
 define run_fuzz_target
 	folder=$$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d) && trap 'rm -rf "$$folder"' EXIT && \
-	mkdir -p build/fuzz/corpus/$(1) && TMPDIR=$$folder $(FIXED_ADDRESSES) build/fuzz/fuzz/kaxml_fuzz_$(1) \
+	mkdir -p build/fuzz/corpus/$(1) && TMPDIR=$$folder $(FIXED_ADDRESSES) build/sanitizers/fuzz/kaxml_fuzz_$(1) \
 	    $(2) -timeout=25 -rss_limit_mb=2048 -close_fd_mask=1 -print_final_stats=1 -dict=fuzz/kaxml.dict \
 	    -artifact_prefix=build/fuzz/$(1)- build/fuzz/corpus/$(1) $(FUZZ_SEEDS_$(1)) $(wildcard fuzz/findings/$(1))
 
@@ -82,7 +83,7 @@ endef
 
 build-fuzz:
 	@tools/setup.sh ci
-	cmake --preset fuzz
+	cmake --preset sanitizers
 	cmake --build --preset fuzz --parallel $(JOBS)
 
 fuzz: build-fuzz
