@@ -45,9 +45,11 @@ class NameTable {
     const XmlName& Find(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) {
         const Key key{local, prefix, uri};
         Recent& recent = m_recent[Hash()(key) % kRecent];
-        if (recent.name == nullptr || !(recent.key == key))
-            recent = {key, &Look(key)};
-        return *recent.name;
+        if (recent.name != nullptr && recent.key == key)
+            return *recent.name;
+        const XmlName& name = Look(key);
+        recent = {key, &name};
+        return name;
     }
     std::size_t Size() const noexcept { return m_names.size(); }
 
