@@ -4,16 +4,10 @@
 #include <kaxml/kaschemaxml/schema/property.h>
 #include <kaxml/kaxml/core/arguments.h>
 #include <kaxml/kaxml/core/format.h>
+#include <kaxml/kaxml/core/make_room.h>
 #include <kaxml/platform/numbers.h>
 
 namespace KAXML {
-
-namespace {
-
-// Room that spares most lists their first steps of growth.
-constexpr std::size_t kUsualMembers = 8;
-
-} // namespace
 
 KaArrayValue::KaArrayValue(CKaProperty* property) : KaValueBase(property) {}
 
@@ -41,8 +35,7 @@ void KaArrayValue::PushBack(KaValueBase* member) {
     if (member != nullptr && member->m_isHeld)
         throw KAXMLLogicError(Concat(L"Attempted to add a member to array '", PropertyName(),
                                      L"' that an array or instance already holds"));
-    if (m_members.capacity() == 0)
-        m_members.reserve(kUsualMembers);
+    MakeRoomForOne(m_members);
     m_members.emplace_back();
     m_members.back().reset(member);
     if (member != nullptr)

@@ -9,6 +9,7 @@
 #include <kaxml/kaschemaxml/schema/relationship_class.h>
 #include <kaxml/kaxml/core/arguments.h>
 #include <kaxml/kaxml/core/format.h>
+#include <kaxml/kaxml/core/make_room.h>
 
 #include <algorithm>
 #include <string_view>
@@ -18,9 +19,6 @@ namespace KAXML {
 namespace {
 
 using Values = std::vector<std::unique_ptr<KaValueBase>>;
-
-// Room that spares most lists their first steps of growth.
-constexpr std::size_t kUsualValues = 8;
 
 CKaClass& RequireClass(CKaClass* kaClass) {
     if (kaClass == nullptr)
@@ -108,8 +106,7 @@ void CKaInstance::AddKaValue(KaValueBase* value) {
 }
 
 void CKaInstance::Append(KaValueBase* value) {
-    if (m_values.capacity() == 0)
-        m_values.reserve(kUsualValues);
+    MakeRoomForOne(m_values);
     m_values.emplace_back();
     m_values.back().reset(value);
     value->m_isHeld = true;

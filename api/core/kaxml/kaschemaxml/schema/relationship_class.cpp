@@ -8,6 +8,7 @@
 #include <kaxml/kaschemaxml/schema/schema.h>
 #include <kaxml/kaxml/core/arguments.h>
 #include <kaxml/kaxml/core/format.h>
+#include <kaxml/kaxml/core/make_room.h>
 
 #include <algorithm>
 
@@ -144,7 +145,7 @@ void CKaRelationshipClass::UpgradeLegacyTarget(CKaSchema* schema, CKaConstraint*
     if (std::find(names.begin(), names.end(), className) != names.end())
         return;
     // Both lists grow or neither: they run side by side.
-    names.reserve(names.size() + 1);
+    MakeRoomForOne(names);
     m_targets.m_keyVectors.push_back(constraint->m_keyVector);
     names.push_back(std::move(className));
 }

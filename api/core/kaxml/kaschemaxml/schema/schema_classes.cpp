@@ -4,6 +4,7 @@
 #include <kaxml/kaschemaxml/schema/relationship_class.h>
 #include <kaxml/kaschemaxml/schema/schema.h>
 #include <kaxml/kaxml/core/arguments.h>
+#include <kaxml/kaxml/core/make_room.h>
 #include <kaxml/kaxml/core/same_name.h>
 
 #include <algorithm>
@@ -67,8 +68,7 @@ template <typename Class> void CKaSchema::AddClass(Classes<Class>& classes, Clas
         name = NumberedName(classes, added->m_typeName);
         place = FindPlace<Class>(classes, added, name);
     }
-    if (classes.size() == classes.capacity())
-        classes.reserve(std::max<std::size_t>(8, 2 * classes.size()));
+    MakeRoomForOne(classes);
     if (!name.empty())
         added->SetTypeName(name);
     classes.emplace(classes.begin() + static_cast<std::ptrdiff_t>(place.index), added);

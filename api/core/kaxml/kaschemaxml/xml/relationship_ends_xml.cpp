@@ -7,6 +7,7 @@
 #include <kaxml/kaxml/core/check_hresult.h>
 #include <kaxml/kaxml/core/errors.h>
 #include <kaxml/kaxml/core/format.h>
+#include <kaxml/kaxml/core/make_room.h>
 
 namespace KAXML {
 
@@ -175,7 +176,7 @@ void CKaTargets::ReadXMLClass(IXMLDOMNode* node) {
     Keys keys;
     ReadKeys(node, messages, keys);
     // Both lists grow or neither: they run side by side.
-    m_classNames.reserve(m_classNames.size() + 1);
+    MakeRoomForOne(m_classNames);
     m_keyVectors.push_back(std::move(keys));
     m_classNames.push_back(std::move(className));
 }

@@ -124,7 +124,6 @@ END_ACTION ArrayHandler::EndElement(const ElementName& name, std::unique_ptr<Sta
     std::unique_ptr<CKaValue> member(RecycledValues::Get(m_pProperty));
     member->SetValue(std::move(m_memberText));
     AddTo(*m_pArrayValue, std::move(member));
-    m_memberText.clear();
     return NOCHANGE;
 }
 
