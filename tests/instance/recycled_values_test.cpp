@@ -1,5 +1,7 @@
 #include "support/expectations.h"
 
+#include <kaxml/kaschemaxml/instance/recycled_values.h>
+
 #include <memory>
 
 namespace KAXML::Test {
@@ -28,6 +30,28 @@ TEST_F(RecycledValuesTest, ComeBackLastInFirstOutAndClean) {
         EXPECT_TRUE(got->IsNull() && got->Value().empty() && got->PropertyName() == L"Head" &&
                     got->GetProperty() == head);
     }
+}
+
+TEST_F(RecycledValuesTest, GoThroughAStock) {
+    std::vector<CKaValue*> values;
+    for (int i = 0; i < 6; ++i)
+        CKaSchema::RecycleKaValue(values.emplace_back(new CKaValue(head, L"1")));
+    std::vector<std::unique_ptr<CKaValue>> got;
+    {
+        ValueStock stock;
+        ExpectThrows<KAXMLRuntimeError>([&] { stock.Get(nullptr); },
+                                        L"Unknown exception in CKaSchema::GetRecycledKaValue");
+        for (std::size_t i = 1; i <= 3; ++i) {
+            EXPECT_EQ(got.emplace_back(stock.Get(head)).get(), values[values.size() - i]);
+            EXPECT_TRUE(got.back()->IsNull() && got.back()->Value().empty());
+        }
+        CKaSchema::RecycleKaValue(got[0].release());
+        stock.Refill(); // as many as were used: one was left, two are taken
+        EXPECT_EQ(std::unique_ptr<CKaValue>(CKaSchema::GetRecycledKaValue(head)).get(), values[0]);
+        EXPECT_EQ(std::unique_ptr<CKaValue>(stock.Get(head)).get(), values[5]);
+    }
+    for (const std::size_t expected : {1U, 2U})
+        EXPECT_EQ(std::unique_ptr<CKaValue>(CKaSchema::GetRecycledKaValue(head)).get(), values[expected]);
 }
 
 CKaProperty* s_property;

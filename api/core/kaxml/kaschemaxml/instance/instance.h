@@ -128,9 +128,9 @@ class KAXML_API CKaInstance {
     KaValueBase* FindOrCreateValue(const wchar_t* name);
 
   private:
-    friend class ModelCopier;
-
     friend class InstanceFiller;
+    friend class ModelCopier;
+    friend class RecycledValues;
 
     template <typename Value> KAXML_LOCAL void SetPrimitive(const wchar_t* name, const Value& value);
     KAXML_LOCAL void SetText(CKaProperty* property, const wchar_t* name, const std::wstring& text);

@@ -1,5 +1,6 @@
 #include <kaxml/kaschemaxml/instance/recycled_values.h>
 
+#include <kaxml/kaschemaxml/instance/instance.h>
 #include <kaxml/kaschemaxml/instance/value.h>
 #include <kaxml/kaschemaxml/instance/value_kind.h>
 #include <kaxml/kaschemaxml/schema/property.h>
@@ -8,8 +9,11 @@
 #include <kaxml/kaxml/core/errors.h>
 #include <kaxml/kaxml/core/scoped_resource.h>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 namespace KAXML {
@@ -71,13 +75,42 @@ CKaValue* RecycledValues::Get(CKaProperty* property) {
     const ScopedThreadLock lock(&pool.lock);
     if (pool.s_recycledValues.empty())
         return new CKaValue(property, nullptr);
-    CKaValue& last = *pool.s_recycledValues.back();
-    last.Reinitialize(property);
-    last.InitializeValue();
-    last.m_isHeld = false;
+    Renew(*pool.s_recycledValues.back(), property);
     CKaValue* const value = pool.s_recycledValues.back().release();
     pool.s_recycledValues.pop_back();
     return value;
+}
+
+void RecycledValues::Renew(CKaValue& value, CKaProperty* property) {
+    value.Reinitialize(property);
+    value.InitializeValue();
+    value.m_isHeld = false;
+}
+
+// Moves the last values of the pool to the end of a list, in the pool's order.
+void RecycledValues::Take(std::vector<std::unique_ptr<CKaValue>>& values, std::size_t count) {
+    values.reserve(values.size() + count); // before the lock
+    Pool& pool = ThePool();
+    const ScopedThreadLock lock(&pool.lock);
+    count = std::min(count, pool.s_recycledValues.size());
+    const auto first = pool.s_recycledValues.end() - static_cast<std::ptrdiff_t>(count);
+    values.insert(values.end(), std::make_move_iterator(first), std::make_move_iterator(pool.s_recycledValues.end()));
+    pool.s_recycledValues.resize(pool.s_recycledValues.size() - count);
+}
+
+// What Take took. The list is then empty.
+void RecycledValues::PutBack(std::vector<std::unique_ptr<CKaValue>>& values) noexcept {
+    if (values.empty())
+        return;
+    try {
+        Pool& pool = ThePool();
+        const ScopedThreadLock lock(&pool.lock);
+        if (!pool.isClosed)
+            pool.s_recycledValues.insert(pool.s_recycledValues.end(), std::make_move_iterator(values.begin()),
+                                         std::make_move_iterator(values.end()));
+    } catch (...) { // NOLINT(bugprone-empty-catch): no memory for the pool's list, so the values go
+    }
+    values.clear();
 }
 
 // Under the lock. When the call throws, the caller still owns the value.
@@ -102,8 +135,8 @@ void RecycledValues::Recycle(CKaValue* value) {
     TakeOver(value);
 }
 
+// Under the lock, which an instance takes once for all that it holds.
 void RecycledValues::TakeOverAll(std::vector<std::unique_ptr<KaValueBase>>& values) {
-    const ScopedThreadLock lock(&ThePool().lock);
     for (std::unique_ptr<KaValueBase>& value : values)
         if (CKaValue* const primitive = AsPrimitive(value.get())) {
             // The pool would hold the room of every large text that ever passed through an instance.
@@ -111,6 +144,11 @@ void RecycledValues::TakeOverAll(std::vector<std::unique_ptr<KaValueBase>>& valu
                 std::wstring().swap(primitive->Value());
             TakeOver(primitive);
             static_cast<void>(value.release());
+        } else if (auto* const array = dynamic_cast<KaArrayValue*>(value.get())) {
+            TakeOverAll(array->m_members);
+        } else if (auto* const structure = dynamic_cast<KaStructValue*>(value.get())) {
+            if (structure->m_pInstance)
+                TakeOverAll(structure->m_pInstance->m_values);
         }
 }
 
@@ -118,6 +156,7 @@ void RecycledValues::DropAll(std::vector<std::unique_ptr<KaValueBase>>& values) 
     if (values.empty())
         return;
     try {
+        const ScopedThreadLock lock(&ThePool().lock);
         TakeOverAll(values);
     } catch (...) { // NOLINT(bugprone-empty-catch): no memory for the pool's list, so the values go
     }
@@ -129,6 +168,40 @@ void RecycledValues::Free() {
     Pool& pool = ThePool();
     const ScopedThreadLock lock(&pool.lock);
     Empty(pool);
+}
+
+ValueStock::ValueStock() = default;
+ValueStock::~ValueStock() { RecycledValues::PutBack(m_values); }
+
+std::unique_ptr<CKaValue> ValueStock::Get(CKaProperty* property) {
+    return Reported(
+        [this, property] {
+            if (m_values.empty())
+                Take(m_used);
+            if (m_values.empty())
+                m_values.push_back(std::make_unique<CKaValue>(property, nullptr));
+            RecycledValues::Renew(*m_values.back(), property);
+            std::unique_ptr<CKaValue> value = std::move(m_values.back());
+            m_values.pop_back();
+            ++m_used;
+            return value;
+        },
+        L"GetRecycledKaValue");
+}
+
+void ValueStock::Take(std::size_t count) {
+    constexpr std::size_t kMost = 1024;
+    RecycledValues::Take(m_values, std::clamp(count, std::size_t{1}, kMost));
+}
+
+void ValueStock::Refill() noexcept {
+    const std::size_t used = std::exchange(m_used, 0);
+    if (m_values.size() >= used)
+        return;
+    try {
+        Take(used - m_values.size());
+    } catch (...) { // NOLINT(bugprone-empty-catch): the next Get tries again
+    }
 }
 
 CKaValue* CKaSchema::GetRecycledKaValue(CKaProperty* property) {

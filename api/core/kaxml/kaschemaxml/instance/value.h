@@ -173,6 +173,7 @@ class KAXML_API KaArrayValue : public KaValueBase {
 
   private:
     friend class ModelCopier;
+    friend class RecycledValues;
 
     std::vector<std::unique_ptr<KaValueBase>> m_members;
 };
@@ -206,6 +207,7 @@ class KAXML_API KaStructValue : public KaValueBase {
 
   private:
     friend class ModelCopier;
+    friend class RecycledValues;
 
     std::unique_ptr<CKaInstance> m_pInstance;
 };

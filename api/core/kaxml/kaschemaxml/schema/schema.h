@@ -262,7 +262,7 @@ class KAXML_API CKaSchema : public CKaCommon {
     /// Takes a value over; null is ignored. On failure (the value is held by an instance, an array
     /// or the pool, or there is no memory) the caller still owns it.
     static void RecycleKaValue(CKaValue* value);
-    /// Deletes every value kept.
+    /// Deletes every value kept. A parse under way in any thread holds some, at most 1,024, of its own.
     static void FreeRecycledValues();
     /// @}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <kaxml/kaschemaxml/instance/recycled_values.h>
 #include <kaxml/kaxml/reader/default_handlers.h>
 #include <kaxml/kaxml/reader/known_properties.h>
 #include <kaxml/kaxml/reader/parse.h>
@@ -55,6 +56,9 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
     /// The properties that the document has named.
     KnownProperties& Properties() noexcept { return m_properties; }
 
+    /// Where handlers take primitive values from.
+    ValueStock& Stock() noexcept { return m_stock; }
+
     /// The room that handlers pass on to each other.
     SpareStrings& Strings() noexcept { return m_spareStrings; }
 
@@ -80,6 +84,7 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
     void* m_context;
     int m_openStructs = 0;
     KnownProperties m_properties;
+    ValueStock m_stock;
 };
 
 } // namespace KAXML

@@ -1,6 +1,7 @@
 #include <kaxml/kaxml/reader/instance_filler.h>
 
 #include <kaxml/kaschemaxml/instance/instance.h>
+#include <kaxml/kaschemaxml/instance/recycled_values.h>
 #include <kaxml/kaschemaxml/instance/value_kind.h>
 #include <kaxml/kaschemaxml/schema/base_chain.h>
 #include <kaxml/kaschemaxml/schema/property.h>
@@ -70,7 +71,7 @@ void InstanceFiller::AddValue(std::unique_ptr<KaValueBase> value) {
 
 void InstanceFiller::SetText(std::wstring_view name, std::wstring& text) {
     if (IsFirstValue()) {
-        std::unique_ptr<CKaValue> value(CKaSchema::GetRecycledKaValue(m_found.property));
+        std::unique_ptr<CKaValue> value = m_stock.Get(m_found.property);
         value->SetValue(std::move(text));
         m_instance.Append(value.get());
         static_cast<void>(value.release());
@@ -100,7 +101,7 @@ void InstanceFiller::AddByTables(std::unique_ptr<KaValueBase> value) {
 
 void InstanceFiller::SetTextByTables(std::wstring_view name, const std::wstring& text) {
     if (!m_tables->values.contains(name))
-        AddByTables(std::unique_ptr<KaValueBase>(CKaSchema::GetRecycledKaValue(m_found.property)));
+        AddByTables(m_stock.Get(m_found.property));
     CKaValue* const primitive = AsPrimitive(m_tables->values.at(name));
     if (primitive == nullptr)
         throw KAXMLLogicError(L"Attempted to set primitive value into a non-primitive property");

@@ -14,6 +14,7 @@ namespace KAXML {
 class CKaInstance;
 class CKaProperty;
 class KaValueBase;
+class ValueStock;
 
 /// Gives an instance its values as they come from a document. The properties of a class and the
 /// values of an instance are plain lists, searched from the front. Most elements need no search:
@@ -26,8 +27,9 @@ class InstanceFiller {
   public:
     /// @param instance    not null, with a class; not owned.
     /// @param properties  what the document has named so far.
-    InstanceFiller(CKaInstance* instance, KnownProperties& properties) noexcept
-        : m_instance(*instance), m_properties(properties) {}
+    /// @param stock       where primitive values come from.
+    InstanceFiller(CKaInstance* instance, KnownProperties& properties, ValueStock& stock) noexcept
+        : m_instance(*instance), m_properties(properties), m_stock(stock) {}
 
     CKaInstance& Instance() const noexcept { return m_instance; }
     /// CKaClass::FindProperty of the instance's class. The calls below are about what it found.
@@ -55,6 +57,7 @@ class InstanceFiller {
 
     CKaInstance& m_instance;
     KnownProperties& m_properties;
+    ValueStock& m_stock;
     KnownProperty m_found;
     static constexpr std::uint32_t kValues = 256;
     std::bitset<kValues> m_hasFirstValue; // by the properties' numbers

@@ -138,6 +138,7 @@ END_ACTION InstanceHandler::EndElement(const ElementName& name, std::unique_ptr<
     const int result = HandOver();
     GetSaxHandler().IncrementImportedCount();
     m_pKaInstance.reset();
+    GetSaxHandler().Stock().Refill();
     m_isRelationship = 0;
     Reset();
     if (result != 0)

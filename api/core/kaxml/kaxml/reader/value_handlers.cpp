@@ -35,7 +35,7 @@ template <typename Value> Value* AddTo(KaArrayValue& array, std::unique_ptr<Valu
 PropertiesHandler::PropertiesHandler(StateHandler* parent, CKaInstance* instance)
     : StateHandler(parent, L""),
       m_pKaInstance(Require(instance, L"Passed NULL pKaInstance into PropertiesHandler constructor")),
-      m_filler(instance, GetSaxHandler().Properties()) {
+      m_filler(instance, GetSaxHandler().Properties(), GetSaxHandler().Stock()) {
     if (instance->GetKaClass() == nullptr)
         throw KAXMLRuntimeError(L"KaInstance with no KaClass was passed to PropertiesHandler constructor!");
     m_pSaxHandler->Strings().Take(m_chars);
@@ -121,7 +121,7 @@ END_ACTION ArrayHandler::EndElement(const ElementName& name, std::unique_ptr<Sta
         return POP_UNHANDLED;
     if (m_membersAreStructs != 0)
         throw KAXMLLogicError(L"The StructHandler should have gotten the EndElement message, not us");
-    std::unique_ptr<CKaValue> member(RecycledValues::Get(m_pProperty));
+    std::unique_ptr<CKaValue> member = m_pSaxHandler->Stock().Get(m_pProperty);
     member->SetValue(std::move(m_memberText));
     AddTo(*m_pArrayValue, std::move(member));
     return NOCHANGE;
