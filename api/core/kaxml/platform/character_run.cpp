@@ -1,10 +1,9 @@
 #include <kaxml/platform/character_run.h>
 
+#include <kaxml/platform/ascii_copy.h>
 #include <kaxml/platform/wide_text.h>
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
 
 namespace KAXML {
 
@@ -15,23 +14,6 @@ constexpr std::size_t kLargestKept = 262144;
 
 constexpr bool IsAscii(char c) noexcept { return static_cast<unsigned char>(c) < 0x80; }
 
-// Widens the leading ASCII characters, eight at a time, and returns how many there were.
-std::size_t WidenAscii(std::string_view text, wchar_t* wide) noexcept {
-    constexpr std::uint64_t kHighBits = 0x8080808080808080;
-    std::size_t i = 0;
-    for (; i + 8 <= text.size(); i += 8) {
-        std::uint64_t eight;
-        std::memcpy(&eight, text.data() + i, sizeof eight);
-        if ((eight & kHighBits) != 0)
-            break;
-        for (std::size_t k = i; k < i + 8; ++k)
-            wide[k] = static_cast<wchar_t>(text[k]);
-    }
-    for (; i < text.size() && IsAscii(text[i]); ++i)
-        wide[i] = static_cast<wchar_t>(text[i]);
-    return i;
-}
-
 } // namespace
 
 void CharacterRun::Append(std::string_view utf8) {
@@ -39,7 +21,7 @@ void CharacterRun::Append(std::string_view utf8) {
     if (m_capacity - m_length < utf8.size())
         Grow(utf8.size());
     while (!utf8.empty()) {
-        const std::size_t ascii = WidenAscii(utf8, m_text.get() + m_length);
+        const std::size_t ascii = CopyAscii(utf8.data(), utf8.size(), m_text.get() + m_length);
         m_length += ascii;
         utf8.remove_prefix(ascii);
         if (!utf8.empty())

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <kaxml/platform/ascii_copy.h>
+
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cwchar>
 #include <string>
 #include <string_view>
 
@@ -82,19 +86,24 @@ int Utf8SequenceLength(const unsigned char* p, const unsigned char* end) noexcep
 /// taken as U+FFFD.
 char32_t NextUtf8CodePoint(const unsigned char*& p, const unsigned char* end) noexcept;
 
+/// Appends the ASCII characters at the front of `from`, at most a block of them, and returns how many
+/// there were.
+template <typename To, typename From>
+std::size_t AppendAscii(std::basic_string<To>& text, const From* from, std::size_t length) {
+    std::array<To, 256> block;
+    length = CopyAscii(from, std::min(length, block.size()), block.data());
+    text.append(block.data(), length);
+    return length;
+}
+
 /// Appends UTF-8 text as wide text. Malformed bytes become U+FFFD, one for each byte that starts
 /// no character. Text that is plain ASCII is copied on a short path.
 template <typename Char> void AppendUtf8AsWide(std::basic_string<Char>& wide, std::string_view utf8) {
     const auto* p = reinterpret_cast<const unsigned char*>(utf8.data());
     const auto* const end = p + utf8.size();
     while (p != end) {
-        const auto* const asciiBegin = p;
-        while (p != end && *p < 0x80)
-            ++p;
-        const std::size_t begin = wide.size();
-        wide.resize(begin + static_cast<std::size_t>(p - asciiBegin));
-        std::copy(asciiBegin, p, wide.begin() + static_cast<std::ptrdiff_t>(begin));
-        if (p != end)
+        p += AppendAscii(wide, p, static_cast<std::size_t>(end - p));
+        while (p != end && *p >= 0x80)
             AppendCodePoint(wide, NextUtf8CodePoint(p, end));
     }
 }
@@ -119,34 +128,32 @@ template <typename Char> void AppendWideAsUtf8(std::string& utf8, std::basic_str
 /// UTF-8 form of a wide text, for file names and system calls: what is no character becomes U+FFFD.
 std::string Utf8FromWide(std::wstring_view wide);
 
-/// How many of the text's first `limit` units, at most, are ASCII and not null.
-template <typename Char> std::size_t AsciiLength(const Char* text, std::size_t limit) noexcept {
+/// The length of a null-terminated text, or `limit` when it is longer.
+template <typename Char> std::size_t LengthUpTo(const Char* text, std::size_t limit) noexcept {
+    if constexpr (std::is_same_v<Char, wchar_t>)
+        return wcsnlen(text, limit);
     std::size_t length = 0;
-    while (length < limit && static_cast<char32_t>(text[length]) - 1 < 0x7F)
+    while (length < limit && text[length] != Char())
         ++length;
     return length;
 }
 
-/// Takes up to `limit` characters off the front of a null-terminated text and appends their UTF-8
-/// form. Returns 0, or what it met that is no character, at which it ends.
+/// Takes up to `limit` units off the front of a null-terminated text, and one more where that would
+/// split a character, and appends their UTF-8 form. Returns 0, or what it met that is no character, at
+/// which it ends.
 template <typename Char> char32_t TakeAsUtf8(std::string& utf8, const Char*& text, std::size_t limit) {
-    for (;;) {
-        const std::size_t length = AsciiLength(text, limit);
-        const std::size_t begin = utf8.size();
-        utf8.resize(begin + length);
-        std::transform(text, text + length, utf8.begin() + static_cast<std::ptrdiff_t>(begin),
-                       [](Char c) { return static_cast<char>(c); });
-        text += length;
-        limit -= length;
-        if (limit == 0 || *text == Char())
-            return 0;
-        // Behind any unit before the closing null there is one more to look at.
-        const char32_t c = NextCodePoint(text, text + 2);
-        if (IsSurrogate(c) || c > 0x10FFFF)
-            return c;
-        AppendUtf8(utf8, c);
-        --limit;
+    const Char* const end = text + LengthUpTo(text, limit);
+    while (text < end) {
+        text += AppendAscii(utf8, text, static_cast<std::size_t>(end - text));
+        while (text < end && static_cast<char32_t>(*text) >= 0x80) {
+            // Behind any unit before the closing null there is one more to look at.
+            const char32_t c = NextCodePoint(text, text + 2);
+            if (IsSurrogate(c) || c > 0x10FFFF)
+                return c;
+            AppendUtf8(utf8, c);
+        }
     }
+    return 0;
 }
 
 } // namespace KAXML
