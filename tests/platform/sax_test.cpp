@@ -7,9 +7,8 @@
 namespace KAXML::Test {
 namespace {
 
-std::string Name(const wchar_t* text, int length) {
-    EXPECT_EQ(text[length], L'\0');
-    return Utf8FromWide(std::wstring_view(text, static_cast<std::size_t>(length))) + "|";
+std::string Names(const XmlName& name) {
+    return Utf8FromWide(name.namespaceUri + L"|" + name.localName + L"|" + name.qualifiedName + L"| ");
 }
 
 // Writes the calls down; each kind of call can be given an answer.
@@ -20,16 +19,11 @@ struct Handler final : CDefaultSAXContentHandler {
 
     HRESULT startDocument() override { return calls = "start ", startAnswer; }
     HRESULT endDocument() override { return calls += "end ", S_OK; }
-    HRESULT raw_startElement(const wchar_t* uri, int uriLength, const wchar_t* local, int localLength,
-                             const wchar_t* qName, int qNameLength, ISAXAttributes* attributes) override {
-        calls += "<" + Name(uri, uriLength) + Name(local, localLength) + Name(qName, qNameLength) + " ";
+    HRESULT raw_startElement(const XmlName& name, ISAXAttributes* attributes) override {
+        calls += "<" + Names(name);
         return onStart ? onStart(*attributes) : S_OK;
     }
-    HRESULT raw_endElement(const wchar_t* uri, int uriLength, const wchar_t* local, int localLength,
-                           const wchar_t* qName, int qNameLength) override {
-        calls += ">" + Name(uri, uriLength) + Name(local, localLength) + Name(qName, qNameLength) + " ";
-        return endAnswer;
-    }
+    HRESULT raw_endElement(const XmlName& name) override { return calls += ">" + Names(name), endAnswer; }
     HRESULT raw_characters(const wchar_t* text, std::size_t length) override {
         return calls += "T:" + Utf8FromWide(std::wstring_view(text, length)) + " ", textAnswer;
     }
@@ -94,6 +88,19 @@ TEST_F(SaxReader, ReportsAFatalErrorOnceAndFailsWhateverTheAnswer) {
     reader->putContentHandler(nullptr); // only checks the document
     EXPECT_EQ(Parse(L"<a/>"), S_OK);
     EXPECT_EQ(Parse(L"<a"), E_FAIL);
+}
+
+TEST_F(SaxReader, LeavesOutTheTextsThatAreSwitchedOff) {
+    bool isWanted = false;
+    reader->putCharactersSwitch(&isWanted);
+    handler.onStart = [&](ISAXAttributes& attributes) {
+        std::wstring value;
+        isWanted = attributes.getValueFromName(nullptr, 0, L"t", 1, value) == S_OK;
+        return S_OK;
+    };
+    EXPECT_EQ(Parse(L"<a>0<b t=''>1<![CDATA[2]]></b>3<c>4<![CDATA[5]]></c>6</a>"), S_OK);
+    EXPECT_EQ(handler.calls, "start <|a|a| <|b|b| T:12 >|b|b| T:3 <|c|c| >|c|c| >|a|a| end ");
+    EXPECT_EQ(Parse(L"<a><b>&x;</b></a>"), E_FAIL) << "but they are checked";
 }
 
 TEST_F(SaxReader, StopsAtAFailingAnswer) {

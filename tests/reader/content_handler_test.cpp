@@ -13,7 +13,7 @@ struct FakeHandler final : StateHandler {
     FakeHandler(const char* its, std::string& log, int itsAnswer = 0, std::unique_ptr<StateHandler> itsNext = nullptr)
         : StateHandler(nullptr, L""), name(its), calls(log), answer(itsAnswer), next(std::move(itsNext)) {}
     ~FakeHandler() override { calls += "~" + name + " "; }
-    START_ACTION StartElement(const ElementName& element, XMLAttributes& attributes,
+    START_ACTION StartElement(const XmlName& element, XMLAttributes& attributes,
                               std::unique_ptr<StateHandler>& nextHandler) override {
         std::wstring value;
         attributes.GetValue(L"x", value);
@@ -22,11 +22,11 @@ struct FakeHandler final : StateHandler {
     void Characters(const wchar_t* text, std::size_t length) override {
         calls += name + ":" + Narrow(std::wstring_view(text, length));
     }
-    END_ACTION EndElement(const ElementName& element, std::unique_ptr<StateHandler>& nextHandler) override {
+    END_ACTION EndElement(const XmlName& element, std::unique_ptr<StateHandler>& nextHandler) override {
         return static_cast<END_ACTION>(Note(">", element, nextHandler));
     }
-    int Note(const std::string& tag, const ElementName& element, std::unique_ptr<StateHandler>& nextHandler) {
-        EXPECT_TRUE(element.namespaceUri == L"u" && element.localName == L"b" && element.qName == L"p:b");
+    int Note(const std::string& tag, const XmlName& element, std::unique_ptr<StateHandler>& nextHandler) {
+        EXPECT_TRUE(element.namespaceUri == L"u" && element.localName == L"b" && element.qualifiedName == L"p:b");
         EXPECT_EQ(nextHandler, nullptr);
         nextHandler = std::move(next);
         calls += name + tag + " ";
@@ -43,10 +43,11 @@ struct ContentHandler : testing::Test {
     void Push(const char* name, int answer, std::unique_ptr<StateHandler> next = nullptr) {
         handler->GetStateStack().Push(std::make_unique<FakeHandler>(name, calls, answer, std::move(next)));
     }
-    HRESULT Start(ISAXAttributes* list) { return handler->raw_startElement(L"u", 1, L"b", 1, L"p:b", 3, list); }
-    HRESULT End() { return handler->raw_endElement(L"u", 1, L"b", 1, L"p:b", 3); }
+    HRESULT Start(ISAXAttributes* list) { return handler->raw_startElement(element, list); }
+    HRESULT End() { return handler->raw_endElement(element); }
 
     std::string calls;
+    const XmlName element{L"u", L"b", L"p:b"};
     FakeAttributes attributes;
     CKaSchema schema{L"S", L"s", L""};
     std::optional<CKAXMLSAXContentHandler> handler{std::in_place, &schema, nullptr, RequiredCallbacks(), 0u};

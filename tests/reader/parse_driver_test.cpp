@@ -18,6 +18,7 @@ struct FakeReader final : ISAXXMLReader {
     ~FakeReader() override { --s_readers; }
     HRESULT putContentHandler(ISAXContentHandler*) override { return s_statuses[kPutContent]; }
     HRESULT putErrorHandler(ISAXErrorHandler*) override { return s_statuses[kPutError]; }
+    void putCharactersSwitch(const bool*) override {}
     HRESULT parse(const wchar_t*) override { return s_statuses[kParse]; }
     HRESULT parseURL(const wchar_t* url) override {
         const HRESULT answer = s_statuses[kParseUrl];

@@ -13,8 +13,6 @@ namespace KAXML {
 
 namespace {
 
-int Length(const std::wstring& text) noexcept { return static_cast<int>(text.size()); }
-
 std::wstring_view View(const wchar_t* text, int length) noexcept {
     return text != nullptr && length > 0 ? std::wstring_view(text, static_cast<std::size_t>(length))
                                          : std::wstring_view();
@@ -65,25 +63,25 @@ class Attributes final : public ISAXAttributes {
 // Hands the events of one document to a content handler.
 class ContentSender final : public XmlEvents {
   public:
-    explicit ContentSender(ISAXContentHandler& handler) noexcept : m_handler(handler) {}
+    ContentSender(ISAXContentHandler& handler, const bool& wantsCharacters) noexcept
+        : m_handler(handler), m_wantsCharacters(wantsCharacters) {}
 
     void StartElement(const XmlName& name, const XmlStartTag& tag) override {
         SendCharacters();
         m_attributes.Use(tag);
-        RequireSuccess(m_handler.raw_startElement(
-            name.namespaceUri.c_str(), Length(name.namespaceUri), name.localName.c_str(), Length(name.localName),
-            name.qualifiedName.c_str(), Length(name.qualifiedName), &m_attributes));
+        RequireSuccess(m_handler.raw_startElement(name, &m_attributes));
     }
 
     void EndElement(const XmlName& name) override {
         SendCharacters();
-        RequireSuccess(m_handler.raw_endElement(name.namespaceUri.c_str(), Length(name.namespaceUri),
-                                                name.localName.c_str(), Length(name.localName),
-                                                name.qualifiedName.c_str(), Length(name.qualifiedName)));
+        RequireSuccess(m_handler.raw_endElement(name));
     }
 
-    void Text(std::string_view utf8) override { m_characters.Append(utf8); }
-    void CDataSection(std::string_view utf8) override { m_characters.Append(utf8); }
+    void Text(std::string_view utf8) override {
+        if (m_wantsCharacters)
+            m_characters.Append(utf8);
+    }
+    void CDataSection(std::string_view utf8) override { Text(utf8); }
     // Neither splits a run, so neither has a place in the order of the content handler's calls.
     void Comment(std::string_view) override {}
     void ProcessingInstruction(std::string_view, std::string_view) override {}
@@ -97,6 +95,7 @@ class ContentSender final : public XmlEvents {
     }
 
     ISAXContentHandler& m_handler;
+    const bool& m_wantsCharacters;
     Attributes m_attributes;
     CharacterRun m_characters;
 };
@@ -141,6 +140,8 @@ class Reader final : public ISAXXMLReader {
         return S_OK;
     }
 
+    void putCharactersSwitch(const bool* isWanted) override { m_charactersSwitch = isWanted; }
+
     HRESULT parse(const wchar_t* text) override {
         if (text == nullptr)
             throw _com_error(E_POINTER, L"There is no text to parse");
@@ -173,7 +174,8 @@ class Reader final : public ISAXXMLReader {
     std::optional<XmlError> Send(XmlInput& input) {
         ISAXContentHandler& handler = *m_contentHandler;
         RequireSuccess(handler.startDocument());
-        ContentSender sender(handler);
+        static constexpr bool always = true;
+        ContentSender sender(handler, m_charactersSwitch != nullptr ? *m_charactersSwitch : always);
         std::optional<XmlError> error = ParseXml(input, sender);
         if (!error)
             RequireSuccess(handler.endDocument());
@@ -197,6 +199,7 @@ class Reader final : public ISAXXMLReader {
 
     ISAXContentHandler* m_contentHandler = nullptr;
     ISAXErrorHandler* m_errorHandler = nullptr;
+    const bool* m_charactersSwitch = nullptr;
 };
 
 } // namespace

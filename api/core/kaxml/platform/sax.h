@@ -1,6 +1,7 @@
 #pragma once
 
 #include <kaxml/platform/com_error.h>
+#include <kaxml/platform/xml_name.h>
 
 #include <memory>
 #include <string>
@@ -26,8 +27,8 @@ class ISAXAttributes {
     ~ISAXAttributes() = default;
 };
 
-/// Receives a document. Texts come as pointer and length. Names are also null-terminated. A status
-/// below 0 stops the parse; so does an exception, which leaves the parse call unchanged.
+/// Receives a document. Texts come as pointer and length, names with both forms. A status below 0 stops
+/// the parse; so does an exception, which leaves the parse call unchanged.
 class ISAXContentHandler {
   public:
     virtual HRESULT QueryInterface(const void* interfaceId, void** object) = 0;
@@ -38,10 +39,8 @@ class ISAXContentHandler {
     virtual HRESULT endDocument() = 0;
     virtual HRESULT startPrefixMapping(const wchar_t* prefix, int prefixLength, const wchar_t* uri, int uriLength) = 0;
     virtual HRESULT endPrefixMapping(const wchar_t* prefix, int prefixLength) = 0;
-    virtual HRESULT raw_startElement(const wchar_t* uri, int uriLength, const wchar_t* localName, int localNameLength,
-                                     const wchar_t* qName, int qNameLength, ISAXAttributes* attributes) = 0;
-    virtual HRESULT raw_endElement(const wchar_t* uri, int uriLength, const wchar_t* localName, int localNameLength,
-                                   const wchar_t* qName, int qNameLength) = 0;
+    virtual HRESULT raw_startElement(const XmlName& name, ISAXAttributes* attributes) = 0;
+    virtual HRESULT raw_endElement(const XmlName& name) = 0;
     virtual HRESULT raw_characters(const wchar_t* text, std::size_t length) = 0;
     virtual HRESULT ignorableWhitespace(const wchar_t* text, std::size_t length) = 0;
     virtual HRESULT processingInstruction(const wchar_t* target, int targetLength, const wchar_t* data,
@@ -82,6 +81,9 @@ class ISAXXMLReader {
     virtual ~ISAXXMLReader() = default;
     virtual HRESULT putContentHandler(ISAXContentHandler* handler) = 0;
     virtual HRESULT putErrorHandler(ISAXErrorHandler* handler) = 0;
+    /// Lets the content handler switch character data off and on between two tags: while `isWanted`
+    /// points to false, it is checked but not delivered. Null, as at first: all is delivered.
+    virtual void putCharactersSwitch(const bool* isWanted) = 0;
     /// Parses null-terminated wide text. Character data reaches the content handler as one piece
     /// per run between two tags.
     /// @throws _com_error after a fatal error, with the parser's message and position.

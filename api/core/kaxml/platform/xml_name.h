@@ -1,9 +1,19 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace KAXML {
+
+/// A name of a document as written and as resolved. Names live until the end of the parse; equal names of one
+/// parse are one object.
+struct XmlName {
+    std::wstring namespaceUri;
+    std::wstring localName;
+    std::wstring qualifiedName;
+    std::uint32_t number = 0; // names of one parse are numbered from 0 on
+};
 
 /// Whether XML with namespaces allows this as a name without a prefix (XML 1.0, fifth edition).
 bool IsNCName(std::wstring_view name) noexcept;

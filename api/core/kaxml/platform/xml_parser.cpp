@@ -44,12 +44,8 @@ class NameTable {
   public:
     const XmlName& Find(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) {
         const Key key{local, prefix, uri};
-        Recent& recent = m_recent[Hash()(key) % kRecent];
-        if (recent.name != nullptr && recent.key == key)
-            return *recent.name;
-        const XmlName& name = Look(key);
-        recent = {key, &name};
-        return name;
+        const Recent& recent = m_recent[SlotOf(key)];
+        return recent.name != nullptr && recent.key == key ? *recent.name : Look(key);
     }
     std::size_t Size() const noexcept { return m_names.size(); }
 
@@ -74,19 +70,28 @@ class NameTable {
     };
 
     const XmlName& Look(const Key& key) {
-        const auto found = m_names.find(key);
-        return found != m_names.end() ? found->second : m_names.emplace(key, Make(key)).first->second;
+        auto found = m_names.find(key);
+        if (found == m_names.end())
+            found = m_names.emplace(key, Make(key)).first;
+        m_recent[SlotOf(key)] = {key, &found->second};
+        return found->second;
     }
 
-    static XmlName Make(const Key& key) {
-        XmlName name{WideFromUtf8(View(key.uri)), WideFromUtf8(View(key.local)), {}};
+    XmlName Make(const Key& key) const {
+        XmlName name{
+            WideFromUtf8(View(key.uri)), WideFromUtf8(View(key.local)), {}, static_cast<std::uint32_t>(m_names.size())};
         name.qualifiedName =
             key.prefix != nullptr ? WideFromUtf8(View(key.prefix)) + L':' + name.localName : name.localName;
         return name;
     }
 
-    // One look at a small table finds nearly every name.
+    // One look at a small table finds nearly every name. Names that differ in more than the local
+    // name are rare.
     static constexpr std::size_t kRecent = 256;
+    static std::size_t SlotOf(const Key& key) noexcept {
+        return reinterpret_cast<std::uintptr_t>(key.local) * 0x9E3779B97F4A7C15 >> 56;
+    }
+
     std::array<Recent, kRecent> m_recent;
     std::unordered_map<Key, XmlName, Hash> m_names;
 };
@@ -165,7 +170,7 @@ class Parse {
 
     void Open();
     template <typename Call> void Guard(Call call) noexcept;
-    template <typename Call> void Attempt(Call call) noexcept;
+    template <typename Call> bool Attempt(Call call) noexcept;
     template <typename Call> void Deliver(Call call) noexcept;
     void Refuse(std::wstring message);
     void Silence() noexcept;
@@ -286,22 +291,23 @@ template <typename Call> void Parse::Guard(Call call) noexcept {
     }
 }
 
-template <typename Call> void Parse::Attempt(Call call) noexcept {
-    Guard([&] {
-        try {
-            call();
-        } catch (const XmlRefusal& refusal) {
-            Refuse(refusal.message);
-            Silence();
-        }
-    });
+// Returns whether the call went through.
+template <typename Call> bool Parse::Attempt(Call call) noexcept {
+    try {
+        call();
+        return true;
+    } catch (const XmlRefusal& refusal) {
+        Guard([&] { Refuse(refusal.message); });
+        Silence();
+    } catch (...) {
+        m_exception = std::current_exception();
+        Silence();
+    }
+    return false;
 }
 
 template <typename Call> void Parse::Deliver(Call call) noexcept {
-    if (m_isStopped)
-        return;
-    Attempt(call);
-    if (m_isStopped)
+    if (!m_isStopped && !Attempt(call))
         xmlStopParser(m_context.get());
 }
 

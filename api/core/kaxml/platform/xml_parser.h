@@ -1,6 +1,7 @@
 #pragma once
 
 #include <kaxml/platform/xml_input.h>
+#include <kaxml/platform/xml_name.h>
 
 #include <cstddef>
 #include <optional>
@@ -12,14 +13,6 @@
 /// place. It accepts XML 1.0 with namespaces, without a document type declaration.
 
 namespace KAXML {
-
-/// A name as written and as resolved. Names live until the end of the parse; equal names of one
-/// parse are one object.
-struct XmlName {
-    std::wstring namespaceUri;
-    std::wstring localName;
-    std::wstring qualifiedName;
-};
 
 /// Where and why a document was refused. Lines and columns count from 1.
 struct XmlError {

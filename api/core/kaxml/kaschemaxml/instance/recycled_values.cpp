@@ -177,7 +177,7 @@ std::unique_ptr<CKaValue> ValueStock::Get(CKaProperty* property) {
     return Reported(
         [this, property] {
             if (m_values.empty())
-                Take(m_used);
+                RecycledValues::Take(m_values, std::clamp(m_used, std::size_t{1}, kMost));
             if (m_values.empty())
                 m_values.push_back(std::make_unique<CKaValue>(property, nullptr));
             RecycledValues::Renew(*m_values.back(), property);
@@ -189,17 +189,12 @@ std::unique_ptr<CKaValue> ValueStock::Get(CKaProperty* property) {
         L"GetRecycledKaValue");
 }
 
-void ValueStock::Take(std::size_t count) {
-    constexpr std::size_t kMost = 1024;
-    RecycledValues::Take(m_values, std::clamp(count, std::size_t{1}, kMost));
-}
-
 void ValueStock::Refill() noexcept {
-    const std::size_t used = std::exchange(m_used, 0);
-    if (m_values.size() >= used)
+    const std::size_t wanted = std::min(std::exchange(m_used, 0), kMost);
+    if (m_values.size() >= wanted)
         return;
     try {
-        Take(used - m_values.size());
+        RecycledValues::Take(m_values, wanted - m_values.size());
     } catch (...) { // NOLINT(bugprone-empty-catch): the next Get tries again
     }
 }

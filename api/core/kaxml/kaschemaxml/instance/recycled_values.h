@@ -53,7 +53,7 @@ class ValueStock {
     void Refill() noexcept;
 
   private:
-    void Take(std::size_t count);
+    static constexpr std::size_t kMost = 1024;
 
     std::vector<std::unique_ptr<CKaValue>> m_values;
     std::size_t m_used = 0; // since the last Refill

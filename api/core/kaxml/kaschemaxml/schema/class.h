@@ -148,6 +148,7 @@ class KAXML_API CKaClass : public CKaCommon {
 
   private:
     friend class CKaSchema;
+    friend class KnownProperties;
     friend class ModelCopier;
 
     KAXML_LOCAL int WriteBaseClassToXML(IXMLDOMDocument2* document, IXMLDOMNode* element) const;

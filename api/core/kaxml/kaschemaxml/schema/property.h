@@ -98,6 +98,7 @@ class KAXML_API CKaProperty : public CKaCommon {
     int WriteXML(IXMLDOMDocument2* document, IXMLDOMNode* parent) const;
 
   private:
+    friend class KnownProperties;
     friend class ModelCopier;
 
     std::wstring m_propertyName;

@@ -10,11 +10,21 @@ namespace {
 // Blanks belong to a value; what only lays out the document does not.
 bool IsTrimmed(wchar_t c) noexcept { return c == L'\t' || c == L'\n' || c == L'\r'; }
 
-ElementName MakeName(const wchar_t* uri, int uriLength, const wchar_t* localName, int localNameLength,
-                     const wchar_t* qName, int qNameLength) noexcept {
-    return {{uri, static_cast<std::size_t>(uriLength)},
-            {localName, static_cast<std::size_t>(localNameLength)},
-            {qName, static_cast<std::size_t>(qNameLength)}};
+// An answer that does not go with the next handler that came with it, or is none.
+[[noreturn]] void RefuseAnswer(START_ACTION action) {
+    if (action == STATUSQUO)
+        throw KAXMLLogicError(L"StartElement should never return a pNextHandler if START_ACTION is STATUSQUO");
+    if (action == PUSH || action == PUSH_UNHANDLED)
+        throw KAXMLLogicError(L"StartElement must return a pNextHandler if START_ACTION is PUSH_UNHANDLED or PUSH");
+    throw KAXMLLogicError(L"StartElement returned an unrecognized START_ACTION");
+}
+
+[[noreturn]] void RefuseAnswer(END_ACTION action) {
+    if (action == NOCHANGE)
+        throw KAXMLLogicError(L"EndElement should never return a pNextHandler if END_ACTION is NOCHANGE");
+    if (action == POP || action == POP_UNHANDLED)
+        throw KAXMLLogicError(L"EndElement should never return a pNextHandler if END_ACTION is POP or POP_UNHANDLED");
+    throw KAXMLLogicError(L"EndElement returned an unrecognized END_ACTION");
 }
 
 } // namespace
@@ -40,65 +50,55 @@ void CKAXMLSAXContentHandler::ThrowNoTop(const wchar_t* operation) {
                             operation);
 }
 
-HRESULT CKAXMLSAXContentHandler::raw_startElement(const wchar_t* uri, int uriLength, const wchar_t* localName,
-                                                  int localNameLength, const wchar_t* qName, int qNameLength,
-                                                  ISAXAttributes* attributeList) {
-    Top(L"raw_startElement");
+HRESULT CKAXMLSAXContentHandler::raw_startElement(const XmlName& name, ISAXAttributes* attributeList) {
+    StateHandler& top = Top(L"raw_startElement");
     XMLAttributes attributes(attributeList);
-    const ElementName name = MakeName(uri, uriLength, localName, localNameLength, qName, qNameLength);
-    for (;;) {
-        StateHandler& top = Top(L"raw_startElement");
-        std::unique_ptr<StateHandler> next;
-        const START_ACTION action = top.StartElement(name, attributes, next);
-        switch (action) {
-        case STATUSQUO:
-            if (next)
-                throw KAXMLLogicError(L"StartElement should never return a pNextHandler if START_ACTION is STATUSQUO");
-            return S_OK;
-        case PUSH:
-        case PUSH_UNHANDLED:
-            if (!next)
-                throw KAXMLLogicError(
-                    L"StartElement must return a pNextHandler if START_ACTION is PUSH_UNHANDLED or PUSH");
-            GetStateStack().Push(std::move(next));
-            if (action == PUSH)
-                return S_OK;
-            break;
-        default:
-            throw KAXMLLogicError(L"StartElement returned an unrecognized START_ACTION");
-        }
-    }
+    std::unique_ptr<StateHandler> next;
+    const START_ACTION action = top.StartElement(name, attributes, next);
+    const bool stays = action == STATUSQUO && !next;
+    m_wantsCharacters = (stays ? top : Obey(action, next, name, attributes)).WantsCharacters();
+    return S_OK;
 }
 
-HRESULT CKAXMLSAXContentHandler::raw_endElement(const wchar_t* uri, int uriLength, const wchar_t* localName,
-                                                int localNameLength, const wchar_t* qName, int qNameLength) {
-    const ElementName name = MakeName(uri, uriLength, localName, localNameLength, qName, qNameLength);
-    for (;;) {
-        StateHandler& top = Top(L"raw_endElement");
-        std::unique_ptr<StateHandler> next;
-        const END_ACTION action = top.EndElement(name, next);
-        switch (action) {
-        case NOCHANGE:
-            if (next)
-                throw KAXMLLogicError(L"EndElement should never return a pNextHandler if END_ACTION is NOCHANGE");
-            return S_OK;
-        case POP:
-        case POP_UNHANDLED:
-            if (next)
-                throw KAXMLLogicError(
-                    L"EndElement should never return a pNextHandler if END_ACTION is POP or POP_UNHANDLED");
-            GetStateStack().Pop();
-            if (action == POP)
-                return S_OK;
-            break;
-        case REPLACE:
-            GetStateStack().Pop();
-            GetStateStack().Push(std::move(next));
-            return S_OK;
-        default:
-            throw KAXMLLogicError(L"EndElement returned an unrecognized END_ACTION");
-        }
+// Changes the stack as a start tag was answered, and returns the handler then on top.
+StateHandler& CKAXMLSAXContentHandler::Obey(START_ACTION action, std::unique_ptr<StateHandler>& next,
+                                            const XmlName& name, XMLAttributes& attributes) {
+    StateHandler* top = m_pStateStack->Top();
+    while (action == PUSH_UNHANDLED && next) {
+        top = Push(std::move(next));
+        action = top->StartElement(name, attributes, next);
     }
+    if (action == PUSH && next)
+        top = Push(std::move(next));
+    else if (action != STATUSQUO || next)
+        RefuseAnswer(action);
+    return *top;
+}
+
+HRESULT CKAXMLSAXContentHandler::raw_endElement(const XmlName& name) {
+    StateHandler& top = Top(L"raw_endElement");
+    std::unique_ptr<StateHandler> next;
+    const END_ACTION action = top.EndElement(name, next);
+    const StateHandler* const topNow = action == NOCHANGE && !next ? &top : Obey(action, next, name);
+    m_wantsCharacters = topNow != nullptr && topNow->WantsCharacters();
+    return S_OK;
+}
+
+// The same for an end tag. There may be no handler left, or none may have been given.
+StateHandler* CKAXMLSAXContentHandler::Obey(END_ACTION action, std::unique_ptr<StateHandler>& next,
+                                            const XmlName& name) {
+    while (action == POP_UNHANDLED && !next) {
+        m_pStateStack->Pop();
+        action = Top(L"raw_endElement").EndElement(name, next);
+    }
+    if (action == REPLACE || (action == POP && !next)) {
+        m_pStateStack->Pop();
+        if (action == REPLACE)
+            return Push(std::move(next));
+    } else if (action != NOCHANGE || next) {
+        RefuseAnswer(action);
+    }
+    return m_pStateStack->Top();
 }
 
 HRESULT CKAXMLSAXContentHandler::raw_characters(const wchar_t* text, std::size_t length) {

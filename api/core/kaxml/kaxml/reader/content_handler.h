@@ -26,11 +26,13 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
     CKAXMLSAXContentHandler(CKaSchema* schema, void* context, const ParseCallbacks& callbacks, unsigned int parseFlags);
     ~CKAXMLSAXContentHandler() override;
 
-    HRESULT raw_startElement(const wchar_t* uri, int uriLength, const wchar_t* localName, int localNameLength,
-                             const wchar_t* qName, int qNameLength, ISAXAttributes* attributes) override;
-    HRESULT raw_endElement(const wchar_t* uri, int uriLength, const wchar_t* localName, int localNameLength,
-                           const wchar_t* qName, int qNameLength) override;
+    HRESULT raw_startElement(const XmlName& name, ISAXAttributes* attributes) override;
+    HRESULT raw_endElement(const XmlName& name) override;
     HRESULT raw_characters(const wchar_t* text, std::size_t length) override;
+
+    /// Whether the character data that follows is of use to the handler on top. Half of all, the white
+    /// space between elements, is not, and need not be converted.
+    const bool& WantsCharacters() const noexcept { return m_wantsCharacters; }
 
     /// @throws KAXMLLogicError when there is none.
     StateStack& GetStateStack() const {
@@ -71,9 +73,19 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
         return *top;
     }
     [[noreturn]] static void ThrowNoTop(const wchar_t* operation);
+    StateHandler& Obey(START_ACTION action, std::unique_ptr<StateHandler>& next, const XmlName& name,
+                       XMLAttributes& attributes);
+    StateHandler* Obey(END_ACTION action, std::unique_ptr<StateHandler>& next, const XmlName& name);
+    StateHandler* Push(std::unique_ptr<StateHandler> handler) {
+        m_pStateStack->Push(std::move(handler));
+        return m_pStateStack->Top();
+    }
     [[noreturn]] static void ThrowNoStack();
 
-    SpareStrings m_spareStrings; // in front: the handlers on the stack give their strings back
+    // In front, because the handlers on the stack use them to their end.
+    SpareStrings m_spareStrings;
+    KnownProperties m_properties;
+    ValueStock m_stock;
 
     std::int32_t m_importedCount = 0;
     std::unique_ptr<StateStack> m_pStateStack;
@@ -83,8 +95,7 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
     ParseCallbacks m_callbacks;
     void* m_context;
     int m_openStructs = 0;
-    KnownProperties m_properties;
-    ValueStock m_stock;
+    bool m_wantsCharacters = false;
 };
 
 } // namespace KAXML

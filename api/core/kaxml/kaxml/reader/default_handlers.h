@@ -16,10 +16,8 @@ class CDefaultSAXContentHandler : public ISAXContentHandler {
     HRESULT endDocument() override { return S_OK; }
     HRESULT startPrefixMapping(const wchar_t*, int, const wchar_t*, int) override { return S_OK; }
     HRESULT endPrefixMapping(const wchar_t*, int) override { return S_OK; }
-    HRESULT raw_startElement(const wchar_t*, int, const wchar_t*, int, const wchar_t*, int, ISAXAttributes*) override {
-        return S_OK;
-    }
-    HRESULT raw_endElement(const wchar_t*, int, const wchar_t*, int, const wchar_t*, int) override { return S_OK; }
+    HRESULT raw_startElement(const XmlName&, ISAXAttributes*) override { return S_OK; }
+    HRESULT raw_endElement(const XmlName&) override { return S_OK; }
     HRESULT raw_characters(const wchar_t*, std::size_t) override { return S_OK; }
     HRESULT ignorableWhitespace(const wchar_t*, std::size_t) override { return S_OK; }
     HRESULT processingInstruction(const wchar_t*, int, const wchar_t*, int) override { return S_OK; }

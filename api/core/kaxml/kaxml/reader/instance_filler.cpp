@@ -8,6 +8,7 @@
 #include <kaxml/kaschemaxml/schema/schema.h>
 #include <kaxml/kaxml/core/errors.h>
 #include <kaxml/platform/numbers.h>
+#include <kaxml/platform/xml_name.h>
 
 namespace KAXML {
 
@@ -34,14 +35,23 @@ bool InstanceFiller::UsesTables() {
     return m_tables != nullptr;
 }
 
-CKaProperty* InstanceFiller::FindProperty(std::wstring_view name) {
-    const CKaClass& kaClass = *m_instance.GetKaClass();
-    m_found = m_properties.Find(kaClass, name);
-    if (m_found.property != nullptr)
-        return m_found.property;
+InstanceFiller::InstanceFiller(CKaInstance* instance, KnownProperties& properties, ValueStock& stock)
+    : m_instance(*instance), m_properties(properties), m_known(properties.Use(*instance->GetKaClass())),
+      m_stock(stock) {
+    m_instance.m_values.reserve(m_known.valueCount);
+}
+
+InstanceFiller::~InstanceFiller() { m_known.valueCount = m_firstValues; }
+
+CKaProperty* InstanceFiller::FindProperty(const XmlName& name) {
+    m_found = m_properties.Find(m_known, name);
+    return m_found.property != nullptr ? m_found.property : SearchProperty(name);
+}
+
+CKaProperty* InstanceFiller::SearchProperty(const XmlName& name) {
     if (!UsesTables())
-        return (m_found = m_properties.Search(kaClass, name)).property;
-    const auto found = m_tables->properties.find(name);
+        return (m_found = m_properties.Search(m_known, name)).property;
+    const auto found = m_tables->properties.find(name.localName);
     m_found = {found != m_tables->properties.end() ? found->second : nullptr, kValues};
     return m_found.property;
 }
@@ -69,7 +79,7 @@ void InstanceFiller::AddValue(std::unique_ptr<KaValueBase> value) {
     static_cast<void>(value.release());
 }
 
-void InstanceFiller::SetText(std::wstring_view name, std::wstring& text) {
+void InstanceFiller::SetText(const std::wstring& name, std::wstring& text) {
     if (IsFirstValue()) {
         std::unique_ptr<CKaValue> value = m_stock.Get(m_found.property);
         value->SetValue(std::move(text));
@@ -78,7 +88,7 @@ void InstanceFiller::SetText(std::wstring_view name, std::wstring& text) {
     } else if (UsesTables()) {
         SetTextByTables(name, text);
     } else {
-        m_instance.SetText(m_found.property, name.data(), text);
+        m_instance.SetText(m_found.property, name.c_str(), text);
     }
 }
 

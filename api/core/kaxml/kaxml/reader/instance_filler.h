@@ -15,6 +15,7 @@ class CKaInstance;
 class CKaProperty;
 class KaValueBase;
 class ValueStock;
+struct XmlName;
 
 /// Gives an instance its values as they come from a document. The properties of a class and the
 /// values of an instance are plain lists, searched from the front. Most elements need no search:
@@ -28,17 +29,18 @@ class InstanceFiller {
     /// @param instance    not null, with a class; not owned.
     /// @param properties  what the document has named so far.
     /// @param stock       where primitive values come from.
-    InstanceFiller(CKaInstance* instance, KnownProperties& properties, ValueStock& stock) noexcept
-        : m_instance(*instance), m_properties(properties), m_stock(stock) {}
+    InstanceFiller(CKaInstance* instance, KnownProperties& properties, ValueStock& stock);
+    InstanceFiller(const InstanceFiller&) = delete;
+    InstanceFiller& operator=(const InstanceFiller&) = delete;
+    ~InstanceFiller();
 
     CKaInstance& Instance() const noexcept { return m_instance; }
     /// CKaClass::FindProperty of the instance's class. The calls below are about what it found.
-    /// @param name  followed by a null character; stays where it is as long as the document is read.
-    CKaProperty* FindProperty(std::wstring_view name);
+    CKaProperty* FindProperty(const XmlName& name);
     /// CKaInstance::AddKaValue.
     void AddValue(std::unique_ptr<KaValueBase> value);
     /// CKaInstance::SetPropertyValue, for a primitive property. May take the text over.
-    void SetText(std::wstring_view name, std::wstring& text);
+    void SetText(const std::wstring& name, std::wstring& text);
 
   private:
     // Of equal names the first. The views are of the names in the properties and values themselves.
@@ -49,6 +51,7 @@ class InstanceFiller {
         std::unordered_map<std::wstring, int> numbers; // the last one appended to a name
     };
 
+    CKaProperty* SearchProperty(const XmlName& name);
     bool IsFirstValue() noexcept;
     bool UsesTables();
     void AddByTables(std::unique_ptr<KaValueBase> value);
@@ -57,6 +60,7 @@ class InstanceFiller {
 
     CKaInstance& m_instance;
     KnownProperties& m_properties;
+    KnownClass& m_known;
     ValueStock& m_stock;
     KnownProperty m_found;
     static constexpr std::uint32_t kValues = 256;

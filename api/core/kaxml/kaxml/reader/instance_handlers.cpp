@@ -26,7 +26,7 @@ KaInstanceXMLHandler::KaInstanceXMLHandler(CKAXMLSAXContentHandler* saxHandler) 
     m_pSaxHandler = saxHandler;
 }
 
-START_ACTION KaInstanceXMLHandler::StartElement(const ElementName& name, XMLAttributes& attributes,
+START_ACTION KaInstanceXMLHandler::StartElement(const XmlName& name, XMLAttributes& attributes,
                                                 std::unique_ptr<StateHandler>& nextHandler) {
     if (name.localName != kRootElement) {
         nextHandler = std::make_unique<IgnoringElement>(this);
@@ -50,7 +50,7 @@ void KaInstanceXMLHandler::BeginParse(std::wstring_view namespaceUri, XMLAttribu
         throw KAXMLRuntimeError(L"Error during kaInstanceXMLParseBegin callback");
 }
 
-END_ACTION KaInstanceXMLHandler::EndElement(const ElementName& name, std::unique_ptr<StateHandler>&) {
+END_ACTION KaInstanceXMLHandler::EndElement(const XmlName& name, std::unique_ptr<StateHandler>&) {
     TrackEnd(name.localName);
     const CKAXMLSAXContentHandler& sax = GetSaxHandler();
     const kaInstanceXMLParseEnd end = sax.Callbacks().parseEnd;
@@ -62,7 +62,7 @@ END_ACTION KaInstanceXMLHandler::EndElement(const ElementName& name, std::unique
 InstanceHandler::InstanceHandler(StateHandler* parent) : StateHandler(parent, L"") {}
 InstanceHandler::~InstanceHandler() = default;
 
-START_ACTION InstanceHandler::StartElement(const ElementName& name, XMLAttributes& attributes,
+START_ACTION InstanceHandler::StartElement(const XmlName& name, XMLAttributes& attributes,
                                            std::unique_ptr<StateHandler>& nextHandler) {
     IKaInstanceFactory* const factory = GetSaxHandler().GetKaInstanceFactory();
     if (factory == nullptr)
@@ -73,7 +73,8 @@ START_ACTION InstanceHandler::StartElement(const ElementName& name, XMLAttribute
     }
     // An older relationship without its ends may have been left behind unfinished.
     m_isRelationship = 0;
-    m_pKaInstance.reset(factory->CreateKaInstance(name.namespaceUri.data(), name.localName.data(), &m_isRelationship));
+    m_pKaInstance.reset(
+        factory->CreateKaInstance(name.namespaceUri.c_str(), name.localName.c_str(), &m_isRelationship));
     if (!m_pKaInstance)
         return StartUnknown(name.localName, nextHandler);
     TrackStart(name.localName);
@@ -85,17 +86,17 @@ START_ACTION InstanceHandler::StartElement(const ElementName& name, XMLAttribute
     return PUSH;
 }
 
-START_ACTION InstanceHandler::StartUnknown(std::wstring_view localName, std::unique_ptr<StateHandler>& nextHandler) {
+START_ACTION InstanceHandler::StartUnknown(const std::wstring& localName, std::unique_ptr<StateHandler>& nextHandler) {
     // A factory that knows nothing may still have touched the flag.
     m_isRelationship = 0;
     if (!GetSaxHandler().HasFlag(SKIP_UNRECOGNIZED_CLASSES))
         throw KAXMLRuntimeError(Concat(L"Unrecognized KaClass: ", localName));
-    LogFormatted(LOG_INFO, L"Skipping unrecognized KaClass <%s>", {localName.data()});
+    LogFormatted(LOG_INFO, L"Skipping unrecognized KaClass <%s>", {localName});
     nextHandler = std::make_unique<IgnoringElement>(this);
     return PUSH_UNHANDLED;
 }
 
-void InstanceHandler::SetId(std::wstring_view localName, XMLAttributes& attributes) {
+void InstanceHandler::SetId(const std::wstring& localName, XMLAttributes& attributes) {
     std::wstring& id = m_pKaInstance->InstanceID();
     for (const wchar_t* const name : kIdAttributes)
         if (attributes.GetValue(name, id) != 0)
@@ -121,14 +122,14 @@ KaRelationshipInstance* InstanceHandler::AsRelationship() const {
     return dynamic_cast<KaRelationshipInstance*>(m_pKaInstance.get());
 }
 
-void InstanceHandler::NotifyProject(std::wstring_view localName, XMLAttributes* attributes, bool isStart) {
+void InstanceHandler::NotifyProject(const std::wstring& localName, XMLAttributes* attributes, bool isStart) {
     const CKAXMLSAXContentHandler& sax = GetSaxHandler();
     const projectElementCallback project = sax.Callbacks().projectElement;
-    if (project != nullptr && project(sax.GetKaSchema(), sax.Context(), isStart, localName.data(), attributes) != 0)
+    if (project != nullptr && project(sax.GetKaSchema(), sax.Context(), isStart, localName.c_str(), attributes) != 0)
         throw KAXMLRuntimeError(Concat(L"Error while parsing element <", localName, L">."));
 }
 
-END_ACTION InstanceHandler::EndElement(const ElementName& name, std::unique_ptr<StateHandler>&) {
+END_ACTION InstanceHandler::EndElement(const XmlName& name, std::unique_ptr<StateHandler>&) {
     if (name.localName == kProjectElement) {
         NotifyProject(name.localName, nullptr, false);
         return NOCHANGE;

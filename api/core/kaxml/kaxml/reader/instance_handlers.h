@@ -23,9 +23,9 @@ class KaInstanceXMLHandler : public StateHandler {
     /// @param saxHandler  not null (KAXMLInvalidArgument).
     explicit KaInstanceXMLHandler(CKAXMLSAXContentHandler* saxHandler);
 
-    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+    START_ACTION StartElement(const XmlName& name, XMLAttributes& attributes,
                               std::unique_ptr<StateHandler>& nextHandler) override;
-    END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const XmlName& name, std::unique_ptr<StateHandler>& nextHandler) override;
 
   private:
     void BeginParse(std::wstring_view namespaceUri, XMLAttributes& attributes);
@@ -38,18 +38,18 @@ class InstanceHandler : public StateHandler {
     explicit InstanceHandler(StateHandler* parent);
     ~InstanceHandler() override;
 
-    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+    START_ACTION StartElement(const XmlName& name, XMLAttributes& attributes,
                               std::unique_ptr<StateHandler>& nextHandler) override;
-    END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const XmlName& name, std::unique_ptr<StateHandler>& nextHandler) override;
 
     /// Takes both ends from the element's attributes and returns 1, or returns 0 when either is
     /// missing. @throws KAXMLLogicError when the instance is no relationship.
     int HandleKAXML20Relationship(XMLAttributes& attributes);
 
   private:
-    START_ACTION StartUnknown(std::wstring_view localName, std::unique_ptr<StateHandler>& nextHandler);
-    void NotifyProject(std::wstring_view localName, XMLAttributes* attributes, bool isStart);
-    void SetId(std::wstring_view localName, XMLAttributes& attributes);
+    START_ACTION StartUnknown(const std::wstring& localName, std::unique_ptr<StateHandler>& nextHandler);
+    void NotifyProject(const std::wstring& localName, XMLAttributes* attributes, bool isStart);
+    void SetId(const std::wstring& localName, XMLAttributes& attributes);
     int HandOver();
     KaRelationshipInstance* AsRelationship() const;
 
@@ -65,16 +65,17 @@ class PropertiesHandler : public StateHandler {
     PropertiesHandler(StateHandler* parent, CKaInstance* instance);
     ~PropertiesHandler() override;
 
-    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+    START_ACTION StartElement(const XmlName& name, XMLAttributes& attributes,
                               std::unique_ptr<StateHandler>& nextHandler) override;
     void Characters(const wchar_t* text, std::size_t length) override;
-    END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const XmlName& name, std::unique_ptr<StateHandler>& nextHandler) override;
 
   private:
-    START_ACTION StartUnknown(std::wstring_view localName, std::unique_ptr<StateHandler>& nextHandler);
+    START_ACTION StartUnknown(const std::wstring& localName, std::unique_ptr<StateHandler>& nextHandler);
 
     CKaInstance* m_pKaInstance;
-    CKaProperty* m_pProperty = nullptr;
+    CKaProperty* m_pProperty = nullptr; // of the last start tag
+    bool m_isPrimitive = false;         // the element that is open
     InstanceFiller m_filler;
 };
 
@@ -85,10 +86,10 @@ class ArrayHandler : public StateHandler {
     ArrayHandler(StateHandler* parent, KaArrayValue* arrayValue);
     ~ArrayHandler() override;
 
-    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+    START_ACTION StartElement(const XmlName& name, XMLAttributes& attributes,
                               std::unique_ptr<StateHandler>& nextHandler) override;
     void Characters(const wchar_t* text, std::size_t length) override;
-    END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const XmlName& name, std::unique_ptr<StateHandler>& nextHandler) override;
 
   private:
     std::wstring_view m_memberElementName;
@@ -105,7 +106,7 @@ class StructHandler : public StateHandler {
     StructHandler(StateHandler* parent, KaStructValue* structValue);
     ~StructHandler() override;
 
-    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+    START_ACTION StartElement(const XmlName& name, XMLAttributes& attributes,
                               std::unique_ptr<StateHandler>& nextHandler) override;
 
   private:
@@ -119,9 +120,9 @@ class RelationshipHandler : public StateHandler {
     /// @param relationship  not null (KAXMLInvalidArgument); not owned.
     RelationshipHandler(StateHandler* parent, KaRelationshipInstance* relationship);
 
-    START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+    START_ACTION StartElement(const XmlName& name, XMLAttributes& attributes,
                               std::unique_ptr<StateHandler>& nextHandler) override;
-    END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler) override;
+    END_ACTION EndElement(const XmlName& name, std::unique_ptr<StateHandler>& nextHandler) override;
 
   private:
     int m_state;

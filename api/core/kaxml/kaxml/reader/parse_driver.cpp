@@ -40,6 +40,7 @@ void RunWithHandlers(const ParseRequest& request, ReaderFactory createReader) {
     RequireNotNull(request.xmlSource, L"xmlSource", L"ParseKaInstanceXML");
     contentHandler.GetStateStack().Push(std::make_unique<KaInstanceXMLHandler>(&contentHandler));
     CheckStatus(reader->putContentHandler(&contentHandler), L"ParseKaInstanceXML failed putContentHandler");
+    reader->putCharactersSwitch(&contentHandler.WantsCharacters());
     SAXKaInstanceUpdateErrorHandler errorHandler(request.xmlSource, request.isUrl, request.context, request.parseError);
     CheckStatus(reader->putErrorHandler(&errorHandler), L"ParseKaInstanceXML failed putErrorHandler");
     Parse(*reader, request);

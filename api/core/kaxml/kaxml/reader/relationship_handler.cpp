@@ -31,7 +31,7 @@ std::wstring ReadHref(std::wstring_view localName, const wchar_t* expected, XMLA
 RelationshipHandler::RelationshipHandler(StateHandler* parent, KaRelationshipInstance* relationship)
     : StateHandler(parent, L""), m_state(expectsSource), m_pRelationship(RequireRelationship(relationship)) {}
 
-START_ACTION RelationshipHandler::StartElement(const ElementName& name, XMLAttributes& attributes,
+START_ACTION RelationshipHandler::StartElement(const XmlName& name, XMLAttributes& attributes,
                                                std::unique_ptr<StateHandler>&) {
     if (m_state == expectsSource)
         m_pRelationship->SetSourceID(ReadHref(name.localName, L"KaSource", attributes).c_str());
@@ -42,7 +42,7 @@ START_ACTION RelationshipHandler::StartElement(const ElementName& name, XMLAttri
     return STATUSQUO;
 }
 
-END_ACTION RelationshipHandler::EndElement(const ElementName&, std::unique_ptr<StateHandler>& nextHandler) {
+END_ACTION RelationshipHandler::EndElement(const XmlName&, std::unique_ptr<StateHandler>& nextHandler) {
     if (m_state == expectsSource) {
         m_state = expectsTarget;
         return NOCHANGE;

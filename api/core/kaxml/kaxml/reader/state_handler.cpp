@@ -12,14 +12,14 @@ StateHandler::StateHandler(StateHandler* parent, const wchar_t* elementName)
 
 std::wstring StateHandler::PathSegment() const { return Concat(L".", m_elementName); }
 
-START_ACTION StateHandler::StartElement(const ElementName& name, XMLAttributes&, std::unique_ptr<StateHandler>&) {
+START_ACTION StateHandler::StartElement(const XmlName& name, XMLAttributes&, std::unique_ptr<StateHandler>&) {
     TrackStart(name.localName);
     return STATUSQUO;
 }
 
 void StateHandler::Characters(const wchar_t*, std::size_t) {}
 
-END_ACTION StateHandler::EndElement(const ElementName& name, std::unique_ptr<StateHandler>&) {
+END_ACTION StateHandler::EndElement(const XmlName& name, std::unique_ptr<StateHandler>&) {
     return TrackEnd(name.localName);
 }
 

@@ -2,6 +2,7 @@
 
 #include <kaxml/kaxml/core/same_name.h>
 #include <kaxml/kaxml/reader/xml_attributes.h>
+#include <kaxml/platform/xml_name.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -28,14 +29,6 @@ enum END_ACTION : int {
     REPLACE = 3        ///< this handler is finished, and the next handler takes its place
 };
 
-/// The names of an element. Each view is followed by a null character, so that its data is also a
-/// text by itself. The views of one name are the same wherever it stands in a document.
-struct ElementName {
-    std::wstring_view namespaceUri;
-    std::wstring_view localName;
-    std::wstring_view qName;
-};
-
 /// Understands one kind of element of instance documents. Handlers stand on the content handler's
 /// stack, which owns them; every event goes to the top one, whose answer says how the stack changes.
 ///
@@ -54,13 +47,15 @@ class StateHandler {
     /// This handler's part of an error path: "." and the element's name.
     virtual std::wstring PathSegment() const;
     /// @param nextHandler  empty; to be set with PUSH and PUSH_UNHANDLED.
-    virtual START_ACTION StartElement(const ElementName& name, XMLAttributes& attributes,
+    virtual START_ACTION StartElement(const XmlName& name, XMLAttributes& attributes,
                                       std::unique_ptr<StateHandler>& nextHandler);
     /// @param text  not null-terminated.
     virtual void Characters(const wchar_t* text, std::size_t length);
     /// @param nextHandler  empty; to be set with REPLACE.
-    virtual END_ACTION EndElement(const ElementName& name, std::unique_ptr<StateHandler>& nextHandler);
+    virtual END_ACTION EndElement(const XmlName& name, std::unique_ptr<StateHandler>& nextHandler);
 
+    /// Whether Characters would make use of a text that comes next.
+    bool WantsCharacters() const noexcept { return m_collectsCharacters && m_depth > 0; }
     /// Makes the handler ready for the next of several sibling elements.
     void Reset() noexcept {
         m_chars.clear();
@@ -94,6 +89,7 @@ class StateHandler {
     std::wstring m_chars;
     std::wstring_view m_elementName; // of the names that live as long as the parse
     std::int32_t m_depth = 0;
+    bool m_collectsCharacters = false; // within the elements that it keeps track of
 
   private:
     [[noreturn]] void ThrowUnexpectedStart() const;

@@ -18,6 +18,12 @@ template <typename T> T* Require(T* pointer, const wchar_t* message) {
     return pointer;
 }
 
+CKaInstance* RequireClass(CKaInstance* instance) {
+    if (Require(instance, L"Passed NULL pKaInstance into PropertiesHandler constructor")->GetKaClass() == nullptr)
+        throw KAXMLRuntimeError(L"KaInstance with no KaClass was passed to PropertiesHandler constructor!");
+    return instance;
+}
+
 // Hands a new value to an instance, or a new member to an array, and returns it.
 template <typename Value> Value* AddTo(InstanceFiller& filler, std::unique_ptr<Value> value) {
     Value* const added = value.get();
@@ -33,21 +39,19 @@ template <typename Value> Value* AddTo(KaArrayValue& array, std::unique_ptr<Valu
 } // namespace
 
 PropertiesHandler::PropertiesHandler(StateHandler* parent, CKaInstance* instance)
-    : StateHandler(parent, L""),
-      m_pKaInstance(Require(instance, L"Passed NULL pKaInstance into PropertiesHandler constructor")),
+    : StateHandler(parent, L""), m_pKaInstance(RequireClass(instance)),
       m_filler(instance, GetSaxHandler().Properties(), GetSaxHandler().Stock()) {
-    if (instance->GetKaClass() == nullptr)
-        throw KAXMLRuntimeError(L"KaInstance with no KaClass was passed to PropertiesHandler constructor!");
+    m_collectsCharacters = true;
     m_pSaxHandler->Strings().Take(m_chars);
 }
 
 PropertiesHandler::~PropertiesHandler() { m_pSaxHandler->Strings().GiveBack(m_chars); }
 
-START_ACTION PropertiesHandler::StartElement(const ElementName& name, XMLAttributes&,
+START_ACTION PropertiesHandler::StartElement(const XmlName& name, XMLAttributes&,
                                              std::unique_ptr<StateHandler>& nextHandler) {
-    m_pProperty = nullptr;
     Reset();
-    m_pProperty = m_filler.FindProperty(name.localName);
+    m_isPrimitive = false;
+    m_pProperty = m_filler.FindProperty(name);
     if (m_pProperty == nullptr)
         return StartUnknown(name.localName, nextHandler);
     if (m_pProperty->IsArray() != 0) {
@@ -61,15 +65,17 @@ START_ACTION PropertiesHandler::StartElement(const ElementName& name, XMLAttribu
             std::make_unique<StructHandler>(this, AddTo(m_filler, std::make_unique<KaStructValue>(m_pProperty)));
         return PUSH_UNHANDLED;
     }
+    m_isPrimitive = true;
     TrackStart(name.localName);
     return STATUSQUO;
 }
 
-START_ACTION PropertiesHandler::StartUnknown(std::wstring_view localName, std::unique_ptr<StateHandler>& nextHandler) {
+START_ACTION PropertiesHandler::StartUnknown(const std::wstring& localName,
+                                             std::unique_ptr<StateHandler>& nextHandler) {
     if (!GetSaxHandler().HasFlag(IGNORE_UNRECOGNIZED_PROPERTIES))
         throw KAXMLFormatError(Concat(L"Unrecognized KaProperty ", localName, L" found in instance of KaClass ",
                                       m_pKaInstance->GetKaClass()->TypeName(), L"."));
-    LogFormatted(LOG_TRACE, L"Ignoring unrecognized KaProperty <%s>", {localName.data()});
+    LogFormatted(LOG_TRACE, L"Ignoring unrecognized KaProperty <%s>", {localName});
     nextHandler = std::make_unique<IgnoringElement>(this);
     return PUSH_UNHANDLED;
 }
@@ -79,12 +85,12 @@ void PropertiesHandler::Characters(const wchar_t* text, std::size_t length) {
         m_chars.append(text, length);
 }
 
-END_ACTION PropertiesHandler::EndElement(const ElementName& name, std::unique_ptr<StateHandler>&) {
+END_ACTION PropertiesHandler::EndElement(const XmlName& name, std::unique_ptr<StateHandler>&) {
     if (TrackEnd(name.localName) == POP_UNHANDLED)
         return POP_UNHANDLED;
-    if (m_pProperty != nullptr && m_pProperty->IsStruct() == 0 && m_pProperty->IsArray() == 0)
+    if (m_isPrimitive)
         m_filler.SetText(name.localName, m_chars);
-    m_pProperty = nullptr;
+    m_isPrimitive = false;
     Reset();
     return NOCHANGE;
 }
@@ -94,12 +100,13 @@ ArrayHandler::ArrayHandler(StateHandler* parent, KaArrayValue* arrayValue)
       m_memberElementName(
           Require(arrayValue, L"Passed NULL pArrayValue into ArrayHandler constructor")->GetProperty()->TypeName()),
       m_pProperty(arrayValue->GetProperty()), m_membersAreStructs(m_pProperty->IsStruct()), m_pArrayValue(arrayValue) {
+    m_collectsCharacters = true;
     GetSaxHandler().Strings().Take(m_memberText);
 }
 
 ArrayHandler::~ArrayHandler() { m_pSaxHandler->Strings().GiveBack(m_memberText); }
 
-START_ACTION ArrayHandler::StartElement(const ElementName& name, XMLAttributes&,
+START_ACTION ArrayHandler::StartElement(const XmlName& name, XMLAttributes&,
                                         std::unique_ptr<StateHandler>& nextHandler) {
     if (!IsSameName(m_memberElementName, name.localName))
         throw KAXMLFormatError(L"Encountered array element with name not equal to the property's type name");
@@ -116,7 +123,7 @@ START_ACTION ArrayHandler::StartElement(const ElementName& name, XMLAttributes&,
 
 void ArrayHandler::Characters(const wchar_t* text, std::size_t length) { m_memberText.append(text, length); }
 
-END_ACTION ArrayHandler::EndElement(const ElementName& name, std::unique_ptr<StateHandler>&) {
+END_ACTION ArrayHandler::EndElement(const XmlName& name, std::unique_ptr<StateHandler>&) {
     if (TrackEnd(name.localName) == POP_UNHANDLED)
         return POP_UNHANDLED;
     if (m_membersAreStructs != 0)
@@ -135,7 +142,7 @@ StructHandler::StructHandler(StateHandler* parent, KaStructValue* structValue)
 
 StructHandler::~StructHandler() { m_pSaxHandler->LeaveStruct(); }
 
-START_ACTION StructHandler::StartElement(const ElementName& name, XMLAttributes&,
+START_ACTION StructHandler::StartElement(const XmlName& name, XMLAttributes&,
                                          std::unique_ptr<StateHandler>& nextHandler) {
     TrackStart(name.localName);
     nextHandler = std::make_unique<PropertiesHandler>(this, m_pKaInstance);
