@@ -35,6 +35,26 @@ TEST_F(Dom, GivesAccessToItsNodes) {
     EXPECT_EQ(element, nullptr);
 }
 
+TEST_F(Dom, KeepsEveryTextWhereItIs) {
+    // Texts of all sizes around that of a block of memory, each in an element of its own.
+    std::vector<std::pair<IXMLDOMElement*, std::wstring>> elements;
+    for (const std::size_t size : {0U, 1U, 3U, 16000U, 16383U, 16384U, 20000U, 7U, 100000U, 1U, 16000U}) {
+        elements.emplace_back(Append(&document, L"e", L""),
+                              std::wstring(size, static_cast<wchar_t>(L'a' + elements.size())));
+        auto& [element, text] = elements.back();
+        for (int i = 0; i < 9; ++i) // set twice
+            element->setAttribute(L"a" + std::to_wstring(i % 7), text + std::to_wstring(i));
+        element->appendChild(document.createTextNode(text));
+    }
+    for (const auto& [element, text] : elements) {
+        EXPECT_TRUE(element->get_text() == text && element->Attributes().size() == 7);
+        for (std::size_t i = 0; i < 7; ++i) {
+            const std::wstring_view value = element->Attributes()[i].get_text();
+            EXPECT_TRUE(value == text + std::to_wstring(i < 2 ? i + 7 : i) && value.data()[value.size()] == L'\0');
+        }
+    }
+}
+
 TEST_F(Dom, FailingLoadLeavesTheDocumentEmptyAndSaysWhy) {
     for (const std::wstring& text : {std::wstring(L"<a>"), std::wstring(L"<a/>\0<b/>", 9), std::wstring()}) {
         EXPECT_TRUE(document.loadXML(L"<a/>") && document.get_parseError().errorCode == 0);

@@ -27,6 +27,23 @@ TEST(SchemaReader, AddsToWhatTheSchemaHolds) {
     EXPECT_EQ(schema.GetKaRelationshipClass(1)->TypeName(), L"C2");
 }
 
+TEST(SchemaReader, PutsAClassBeforeThoseThatNameItAsTheirBase) {
+    CKaSchema schema(L"Own", L"own", L"");
+    CKaClass* const base = schema.CreateKaClass(L"Base", L"", KA_DOMAIN_CLASS);
+    schema.CreateKaClass(L"Derived", L"", KA_DOMAIN_CLASS)->SetBaseClass(L"Base");
+    base->SetTypeName(L"Renamed"); // what names it as its base is not changed
+    const TemporaryFolder folder;
+    const std::string classes = "<KaClass typeName='A'/><KaClass typeName='Base'/><KaClass typeName='Renamed'/>"
+                                "<KaRelationshipClass typeName='Base'/><KaClass typeName='A2'/><KaClass typeName='A'/>";
+    EXPECT_EQ(schema.ReadXML(folder.Write("x", Root(classes)).c_str()), 0);
+    std::wstring names;
+    CKaClassIterator iterator(&schema);
+    for (const CKaClass* kaClass = iterator.Begin(); kaClass != nullptr; kaClass = iterator.Next())
+        names += kaClass->TypeName() + L" ";
+    EXPECT_EQ(names, L"Renamed Base Derived A Renamed2 A2 A3 ");
+    EXPECT_EQ(schema.GetKaRelationshipClass(0)->TypeName(), L"Base");
+}
+
 TEST(SchemaReader, HooksTakePartInTheUpgradeOfPairs) {
     // What the hooks were asked, and what they answer.
     static std::vector<std::wstring> asked;

@@ -45,8 +45,8 @@ bool IsAllowedDeclaration(const AttributeName& name, std::wstring_view uri) {
 } // namespace
 
 const IXMLDOMAttribute* IXMLDOMNamedNodeMap::nextNode() noexcept {
-    while (m_attributes != nullptr && m_next < m_attributes->size()) {
-        const IXMLDOMAttribute& attribute = (*m_attributes)[m_next++];
+    while (m_next < m_attributes.size()) {
+        const IXMLDOMAttribute& attribute = m_attributes[m_next++];
         if (!attribute.IsDeclaration())
             return &attribute;
     }
@@ -55,7 +55,7 @@ const IXMLDOMAttribute* IXMLDOMNamedNodeMap::nextNode() noexcept {
 
 std::wstring IXMLDOMNode::get_text() const {
     if (m_type != NODE_ELEMENT && m_type != NODE_DOCUMENT)
-        return m_value;
+        return std::wstring(m_value);
     std::wstring text;
     AppendTextTo(text);
     return text;
@@ -73,8 +73,8 @@ void IXMLDOMNode::AppendTextTo(std::wstring& text) const {
 
 IXMLDOMNamedNodeMap IXMLDOMNode::get_attributes() const noexcept {
     if (m_type != NODE_ELEMENT)
-        return IXMLDOMNamedNodeMap(nullptr);
-    return IXMLDOMNamedNodeMap(&static_cast<const IXMLDOMElement*>(this)->m_attributes);
+        return IXMLDOMNamedNodeMap({});
+    return IXMLDOMNamedNodeMap(static_cast<const IXMLDOMElement*>(this)->Attributes());
 }
 
 // Depth counts elements: the root's is 1, and that of a node of another kind is its parent's.
@@ -136,33 +136,35 @@ HRESULT IXMLDOMElement::setAttribute(std::wstring_view name, std::wstring_view v
         Refuse(parts.isDeclaration ? L"cannot declare a prefix" : L"cannot be the name of an attribute", name);
     if (parts.isDeclaration && !IsAllowedDeclaration(parts, value))
         Refuse(L"cannot declare the namespace '" + std::wstring(value) + L"'", name);
-    const auto found = std::find_if(m_attributes.begin(), m_attributes.end(),
-                                    [name](const IXMLDOMAttribute& set) { return set.get_nodeName() == name; });
-    if (found != m_attributes.end())
-        found->m_value = value;
+    IXMLDOMAttribute* const end = m_attributes + m_attributeCount;
+    IXMLDOMAttribute* const found =
+        std::find_if(m_attributes, end, [name](const IXMLDOMAttribute& set) { return set.get_nodeName() == name; });
+    if (found != end)
+        found->m_value = m_document->m_memory.Copy(value);
     else
-        m_attributes.emplace_back(m_document->Intern({}, parts.local, name), std::wstring(value), parts.isDeclaration);
+        AppendAttribute(m_document->Intern({}, parts.local, name), value, parts.isDeclaration);
     return S_OK;
+}
+
+void IXMLDOMElement::MakeRoomForAttributes(std::size_t count) {
+    auto* const room = m_document->m_memory.MakeRoom<IXMLDOMAttribute>(count);
+    m_attributes = std::uninitialized_copy_n(m_attributes, m_attributeCount, room) - m_attributeCount;
+    m_attributeRoom = count;
+}
+
+void IXMLDOMElement::AppendAttribute(const XmlName* name, std::wstring_view value, bool isDeclaration) {
+    constexpr std::size_t kFirstRoom = 4;
+    value = m_document->m_memory.Copy(value);
+    if (m_attributeCount == m_attributeRoom)
+        MakeRoomForAttributes(std::max(kFirstRoom, 2 * m_attributeRoom));
+    new (m_attributes + m_attributeCount) IXMLDOMAttribute(name, value, isDeclaration);
+    ++m_attributeCount;
 }
 
 IXMLDOMDocument2::IXMLDOMDocument2()
     : IXMLDOMNode(NODE_DOCUMENT, &FixedNames::Document(), {}), m_names(std::make_unique<NameTable>()) {}
 
 IXMLDOMDocument2::~IXMLDOMDocument2() = default;
-
-template <typename Node> Node* IXMLDOMDocument2::Keep(std::unique_ptr<Node> node) {
-    Node* const kept = node.get();
-    m_nodes.push_back(std::move(node));
-    return kept;
-}
-
-IXMLDOMElement* IXMLDOMDocument2::MakeElement(const XmlName* name) {
-    return Keep(std::unique_ptr<IXMLDOMElement>(new IXMLDOMElement(this, name)));
-}
-
-IXMLDOMNode* IXMLDOMDocument2::MakeNode(DOMNodeType type, const XmlName* name, std::wstring value) {
-    return Keep(std::unique_ptr<IXMLDOMNode>(new IXMLDOMNode(type, name, std::move(value))));
-}
 
 IXMLDOMNode* IXMLDOMDocument2::createNode(DOMNodeType type, std::wstring_view name, std::wstring_view namespaceUri) {
     if (type != NODE_ELEMENT)
@@ -173,7 +175,7 @@ IXMLDOMNode* IXMLDOMDocument2::createNode(DOMNodeType type, std::wstring_view na
 }
 
 IXMLDOMNode* IXMLDOMDocument2::createTextNode(std::wstring_view text) {
-    return MakeNode(NODE_TEXT, &FixedNames::Text(), std::wstring(text));
+    return MakeNode(NODE_TEXT, &FixedNames::Text(), text);
 }
 
 const XmlName* IXMLDOMDocument2::Intern(std::wstring_view namespaceUri, std::wstring_view localName,
@@ -184,7 +186,7 @@ const XmlName* IXMLDOMDocument2::Intern(std::wstring_view namespaceUri, std::wst
 void IXMLDOMDocument2::Clear() noexcept {
     m_firstChild = nullptr;
     m_lastChild = nullptr;
-    m_nodes.clear();
+    m_memory.Clear();
     m_names->Clear();
 }
 

@@ -1,16 +1,17 @@
 #pragma once
 
+#include <kaxml/platform/arena.h>
 #include <kaxml/platform/com_error.h>
 #include <kaxml/platform/xml_parser.h>
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 /// @file
-/// The tree that schema files are read into and written from. The document owns every node made
-/// by it, in one flat list, so that releasing a tree does not recurse.
+/// The tree that schema files are read into and written from. Every node made by a document, and all
+/// their texts, lie in memory of the document's, which goes at once.
 
 namespace KAXML {
 
@@ -29,18 +30,19 @@ enum DOMNodeType {
 /// One attribute, or one namespace declaration, of an element.
 class IXMLDOMAttribute {
   public:
-    IXMLDOMAttribute(const XmlName* name, std::wstring value, bool isDeclaration)
-        : m_name(name), m_value(std::move(value)), m_isDeclaration(isDeclaration) {}
+    IXMLDOMAttribute(const XmlName* name, std::wstring_view value, bool isDeclaration) noexcept
+        : m_name(name), m_value(value), m_isDeclaration(isDeclaration) {}
 
     /// The name as written.
     const std::wstring& get_nodeName() const noexcept { return m_name->qualifiedName; }
-    const std::wstring& get_text() const noexcept { return m_value; }
+    /// Followed by a null character; valid until the attribute is set again.
+    std::wstring_view get_text() const noexcept { return m_value; }
     bool IsDeclaration() const noexcept { return m_isDeclaration; }
 
   private:
     friend class IXMLDOMElement;
     const XmlName* m_name;
-    std::wstring m_value;
+    std::wstring_view m_value;
     bool m_isDeclaration;
 };
 
@@ -48,13 +50,13 @@ class IXMLDOMAttribute {
 /// out.
 class IXMLDOMNamedNodeMap {
   public:
-    explicit IXMLDOMNamedNodeMap(const std::vector<IXMLDOMAttribute>* attributes) noexcept : m_attributes(attributes) {}
+    explicit IXMLDOMNamedNodeMap(std::span<const IXMLDOMAttribute> attributes) noexcept : m_attributes(attributes) {}
 
     /// The next attribute, or null behind the last one.
     const IXMLDOMAttribute* nextNode() noexcept;
 
   private:
-    const std::vector<IXMLDOMAttribute>* m_attributes;
+    std::span<const IXMLDOMAttribute> m_attributes;
     std::size_t m_next = 0;
 };
 
@@ -63,7 +65,6 @@ class IXMLDOMNode {
   public:
     IXMLDOMNode(const IXMLDOMNode&) = delete;
     IXMLDOMNode& operator=(const IXMLDOMNode&) = delete;
-    virtual ~IXMLDOMNode() = default;
 
     DOMNodeType get_nodeType() const noexcept { return m_type; }
     /// The qualified name of an element, the target of a processing instruction, else "#text",
@@ -88,10 +89,12 @@ class IXMLDOMNode {
     HRESULT QueryInterface(IXMLDOMElement** element) noexcept;
 
   protected:
-    IXMLDOMNode(DOMNodeType type, const XmlName* name, std::wstring value)
-        : m_type(type), m_name(name), m_value(std::move(value)) {}
+    /// @param value  lives as long as the node.
+    IXMLDOMNode(DOMNodeType type, const XmlName* name, std::wstring_view value) noexcept
+        : m_type(type), m_name(name), m_value(value) {}
 
   private:
+    friend class Arena;
     friend class IXMLDOMDocument2;
     void AppendTextTo(std::wstring& text) const;
     int DepthUnder(const IXMLDOMNode& parent) const noexcept;
@@ -102,7 +105,7 @@ class IXMLDOMNode {
     DOMNodeType m_type;
     int m_depth = 0;
     const XmlName* m_name;
-    std::wstring m_value;
+    std::wstring_view m_value;
     IXMLDOMNode* m_parent = nullptr;
     IXMLDOMNode* m_firstChild = nullptr;
     IXMLDOMNode* m_lastChild = nullptr;
@@ -118,16 +121,22 @@ class IXMLDOMElement : public IXMLDOMNode {
     HRESULT setAttribute(std::wstring_view name, std::wstring_view value);
 
     /// Attributes and declarations in the order in which they were set.
-    const std::vector<IXMLDOMAttribute>& Attributes() const noexcept { return m_attributes; }
+    std::span<const IXMLDOMAttribute> Attributes() const noexcept { return {m_attributes, m_attributeCount}; }
 
   private:
+    friend class Arena;
     friend class IXMLDOMDocument2;
     friend class IXMLDOMNode;
-    IXMLDOMElement(IXMLDOMDocument2* document, const XmlName* name)
+    IXMLDOMElement(IXMLDOMDocument2* document, const XmlName* name) noexcept
         : IXMLDOMNode(NODE_ELEMENT, name, {}), m_document(document) {}
 
+    void MakeRoomForAttributes(std::size_t count);
+    void AppendAttribute(const XmlName* name, std::wstring_view value, bool isDeclaration);
+
     IXMLDOMDocument2* m_document;
-    std::vector<IXMLDOMAttribute> m_attributes;
+    IXMLDOMAttribute* m_attributes = nullptr;
+    std::size_t m_attributeCount = 0;
+    std::size_t m_attributeRoom = 0;
 };
 
 /// Why a document could not be loaded; errorCode is 0 when nothing failed.
@@ -143,7 +152,7 @@ struct IXMLDOMParseError {
 class IXMLDOMDocument2 : public IXMLDOMNode {
   public:
     IXMLDOMDocument2();
-    ~IXMLDOMDocument2() override;
+    virtual ~IXMLDOMDocument2();
 
     /// Loads a file into this empty document. Text of tab, line feed, carriage return and blank
     /// only is not kept. Returns false, with the parse error set and the document empty, for a
@@ -173,16 +182,18 @@ class IXMLDOMDocument2 : public IXMLDOMNode {
     const XmlName* Intern(std::wstring_view namespaceUri, std::wstring_view localName, std::wstring_view qualifiedName);
 
   private:
+    friend class IXMLDOMElement;
     class TreeBuilder;
     struct NameTable;
-    template <typename Node> Node* Keep(std::unique_ptr<Node> node);
-    IXMLDOMElement* MakeElement(const XmlName* name);
-    IXMLDOMNode* MakeNode(DOMNodeType type, const XmlName* name, std::wstring value);
+    IXMLDOMElement* MakeElement(const XmlName* name) { return m_memory.Make<IXMLDOMElement>(this, name); }
+    IXMLDOMNode* MakeNode(DOMNodeType type, const XmlName* name, std::wstring_view value) {
+        return m_memory.Make<IXMLDOMNode>(type, name, m_memory.Copy(value));
+    }
     bool Build(XmlInput& input, std::wstring url);
     void Clear() noexcept;
 
     std::unique_ptr<NameTable> m_names;
-    std::vector<std::unique_ptr<IXMLDOMNode>> m_nodes;
+    Arena m_memory;
     IXMLDOMParseError m_parseError;
 };
 

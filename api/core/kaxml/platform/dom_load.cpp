@@ -55,13 +55,14 @@ class IXMLDOMDocument2::TreeBuilder final : public XmlEvents {
     }
 
     void AddAttributes(IXMLDOMElement& element, const XmlStartTag& tag) {
-        std::vector<IXMLDOMAttribute>& attributes = element.m_attributes;
-        attributes.reserve(tag.AttributeCount() + tag.DeclarationCount());
+        const std::size_t count = tag.AttributeCount() + tag.DeclarationCount();
+        if (count > 0)
+            element.MakeRoomForAttributes(count);
         for (std::size_t i = 0; i < tag.AttributeCount(); ++i)
-            attributes.emplace_back(Own(tag.AttributeName(i)), WideFromUtf8(tag.AttributeValue(i)), false);
+            element.AppendAttribute(Own(tag.AttributeName(i)), Wide(tag.AttributeValue(i)), false);
         for (std::size_t i = 0; i < tag.DeclarationCount(); ++i) {
             const XmlName* const name = DeclarationName(WideFromUtf8(tag.DeclarationPrefix(i)));
-            attributes.emplace_back(name, WideFromUtf8(tag.DeclarationUri(i)), true);
+            element.AppendAttribute(name, Wide(tag.DeclarationUri(i)), true);
         }
     }
 
@@ -73,7 +74,14 @@ class IXMLDOMDocument2::TreeBuilder final : public XmlEvents {
 
     void Append(DOMNodeType type, const XmlName& name, std::string_view utf8) {
         FlushText();
-        m_current->appendChild(m_document.MakeNode(type, &name, WideFromUtf8(utf8)));
+        m_current->appendChild(m_document.MakeNode(type, &name, Wide(utf8)));
+    }
+
+    // Valid until the next call.
+    std::wstring_view Wide(std::string_view utf8) {
+        m_wide.clear();
+        AppendUtf8AsWide(m_wide, utf8);
+        return m_wide;
     }
 
     void FlushText() {
@@ -86,6 +94,7 @@ class IXMLDOMDocument2::TreeBuilder final : public XmlEvents {
     IXMLDOMNode* m_current;
     int m_depth = 0;
     std::wstring m_text;
+    std::wstring m_wide;
     std::unordered_map<const XmlName*, const XmlName*> m_ownNames;
 };
 

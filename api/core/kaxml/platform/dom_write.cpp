@@ -5,6 +5,8 @@
 #include <kaxml/platform/wide_text.h>
 #include <kaxml/platform/xml_name.h>
 
+#include <algorithm>
+
 namespace KAXML {
 
 namespace {
@@ -35,6 +37,9 @@ std::string_view Escape(char32_t c, Place place) {
     }
 }
 
+// Whether a character is written as it stands, whatever the place.
+bool IsPlain(wchar_t c) { return c >= L' ' && c < 0x7F && c != L'&' && c != L'<' && c != L'>' && c != L'"'; }
+
 bool IsCharacterData(const IXMLDOMNode& node) {
     return node.get_nodeType() == NODE_TEXT || node.get_nodeType() == NODE_CDATA_SECTION;
 }
@@ -50,7 +55,7 @@ bool HasCharacterData(const IXMLDOMNode& node) {
 bool EndsWithName(std::wstring_view name) { return name.ends_with(L"Name") || name == L"name"; }
 
 // A text as part of a message about what it holds.
-std::wstring Printable(const std::wstring& text) {
+std::wstring Printable(std::wstring_view text) {
     std::wstring printable;
     const wchar_t* p = text.data();
     const wchar_t* const end = p + text.size();
@@ -97,7 +102,8 @@ std::wstring PathOf(const IXMLDOMNode& node) {
 // Writes a tree in one pass. Recursion is limited by the depth that a tree may have.
 class Writer {
   public:
-    std::string Write(const IXMLDOMNode& document) {
+    std::string Write(const IXMLDOMNode& document, std::size_t expectedSize) {
+        m_out.reserve(expectedSize);
         m_out = "<?xml version='1.0' encoding='UTF-8'?>\n";
         for (const IXMLDOMNode* node = document.get_firstChild(); node != nullptr; node = node->get_nextSibling()) {
             WriteNode(*node, {});
@@ -190,7 +196,7 @@ class Writer {
         return element.get_namespaceURI();
     }
 
-    void WriteAttribute(const IXMLDOMElement& element, const std::wstring& name, const std::wstring& value) {
+    void WriteAttribute(const IXMLDOMElement& element, const std::wstring& name, std::wstring_view value) {
         m_out += ' ';
         AppendName(name);
         m_out += "=\"";
@@ -220,15 +226,24 @@ class Writer {
 
     // Names were checked when they were given.
     void AppendName(const std::wstring& name) {
-        for (const wchar_t *p = name.data(), *end = p + name.size(); p != end;)
-            AppendUtf8(m_out, NextCodePoint(p, end));
+        const wchar_t* p = name.data();
+        const wchar_t* const end = p + name.size();
+        while (p != end) {
+            p += AppendAscii(m_out, p, static_cast<std::size_t>(end - p));
+            if (p != end)
+                AppendUtf8(m_out, NextCodePoint(p, end));
+        }
     }
 
-    void AppendCharacters(const std::wstring& text, Place place, const IXMLDOMNode& node,
-                          const std::wstring* attribute) {
+    void AppendCharacters(std::wstring_view text, Place place, const IXMLDOMNode& node, const std::wstring* attribute) {
         const wchar_t* p = text.data();
         const wchar_t* const end = p + text.size();
         while (p != end) {
+            const wchar_t* const plainEnd = std::find_if_not(p, end, IsPlain);
+            if (p != plainEnd) {
+                p += AppendAscii(m_out, p, static_cast<std::size_t>(plainEnd - p));
+                continue;
+            }
             const char32_t c = NextCodePoint(p, end);
             if (!IsXmlCharacter(c))
                 Refuse(c, node, attribute);
@@ -257,7 +272,11 @@ class Writer {
 
 } // namespace
 
-std::string IXMLDOMDocument2::Serialize() const { return Writer().Write(*this); }
+std::string IXMLDOMDocument2::Serialize() const {
+    // Room for more than it takes nearly always: what is not used costs nothing, and to move a text that
+    // outgrew its room does.
+    return Writer().Write(*this, m_memory.Size() / 3);
+}
 
 HRESULT IXMLDOMDocument2::save(const std::wstring& path) const {
     ReplaceFile(path, Serialize());

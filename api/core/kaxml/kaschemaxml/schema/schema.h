@@ -269,6 +269,7 @@ class KAXML_API CKaSchema : public CKaCommon {
   private:
     friend class CKaReferencedSchemaIterator;
     friend class CKaSchemaReference;
+    friend class ClassAdder;
     friend class ModelCopier;
 
     // Where a class of some name goes: before the first one that names it as its base class.

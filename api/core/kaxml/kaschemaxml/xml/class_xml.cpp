@@ -43,16 +43,16 @@ int CKaClass::ReadXMLAttributes(IXMLDOMDocument2*, IXMLDOMNode* node) {
     IXMLDOMNamedNodeMap attributes = node->get_attributes();
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
         const std::wstring& name = attribute->get_nodeName();
-        const std::wstring& text = attribute->get_text();
+        const std::wstring_view text = attribute->get_text();
         if (name == L"typeName") {
-            SetTypeName(text);
+            SetTypeName(text.data());
             hasTypeName = true;
         } else if (name == L"baseClass") {
-            SetBaseClass(text);
+            SetBaseClass(text.data());
         } else if (name == L"description") {
-            SetDescription(text);
+            SetDescription(text.data());
         } else if (name == L"displayLabel") {
-            SetDisplayLabel(text.c_str());
+            SetDisplayLabel(text.data());
         } else if (name == L"isCustomAttributeClass") {
             m_isCustomAttributeClass = IsTrue(text) ? 1 : 0;
         } else if (name == L"isDomainClass") {

@@ -18,22 +18,22 @@ struct RequiredAttributes {
 };
 
 // Attributes with an empty value count as absent; an unknown one is reported and ignored.
-void ApplyAttribute(CKaProperty& property, const std::wstring& name, const std::wstring& text,
+void ApplyAttribute(CKaProperty& property, const std::wstring& name, std::wstring_view text,
                     RequiredAttributes& required) {
     if (name == L"propertyName") {
-        property.SetPropertyName(text);
+        property.SetPropertyName(text.data());
         required.hasPropertyName = true;
     } else if (name == L"typeName") {
-        property.SetTypeName(text);
+        property.SetTypeName(text.data());
         required.hasTypeName = true;
     } else if (name == L"description") {
-        property.SetDescription(text);
+        property.SetDescription(text.data());
     } else if (name == L"displayLabel") {
-        property.SetDisplayLabel(text.c_str());
+        property.SetDisplayLabel(text.data());
     } else if (name == L"minOccurs") {
-        property.SetMinOccurs(text.c_str());
+        property.SetMinOccurs(text.data());
     } else if (name == L"maxOccurs") {
-        property.SetMaxOccurs(text.c_str());
+        property.SetMaxOccurs(text.data());
     } else if (name == L"readOnly") {
         property.SetReadOnly(IsTrue(text) ? 1 : 0);
     } else if (name != L"isStruct") {

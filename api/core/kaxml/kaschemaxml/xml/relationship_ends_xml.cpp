@@ -65,7 +65,7 @@ void ReadKeyProperty(IXMLDOMNode* node, const EndMessages& messages, Keys& keys)
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
         if (attribute->get_nodeName() != L"name")
             messages.ThrowUnrecognizedAttribute(attribute->get_nodeName(), L"\\Class\\Key\\Property");
-        keys.push_back(attribute->get_text());
+        keys.emplace_back(attribute->get_text());
     }
 }
 
@@ -87,7 +87,7 @@ template <typename Use> bool ForEachClassName(IXMLDOMNode* classNode, const EndM
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
         if (attribute->get_nodeName() != L"class")
             messages.ThrowUnrecognizedAttribute(attribute->get_nodeName(), L"\\Class");
-        use(attribute->get_text());
+        use(std::wstring(attribute->get_text()));
         found = true;
     }
     return found;

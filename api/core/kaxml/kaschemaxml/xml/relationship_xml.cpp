@@ -28,9 +28,9 @@ int CKaRelationshipClass::ReadXMLContents(CKaSchema* schema, IXMLDOMDocument2* d
     IXMLDOMNamedNodeMap attributes = node->get_attributes();
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
         if (attribute->get_nodeName() == L"strength")
-            SetStrength(attribute->get_text().c_str());
+            SetStrength(attribute->get_text().data());
         else if (attribute->get_nodeName() == L"strengthDirection")
-            SetStrengthDirection(attribute->get_text().c_str());
+            SetStrengthDirection(attribute->get_text().data());
     }
     for (IXMLDOMNode* child = node->get_firstChild(); child != nullptr; child = child->get_nextSibling()) {
         const std::wstring& name = child->get_baseName();

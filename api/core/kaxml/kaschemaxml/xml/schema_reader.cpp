@@ -1,3 +1,4 @@
+#include <kaxml/kaschemaxml/schema/class_adder.h>
 #include <kaxml/kaschemaxml/schema/format_names.h>
 #include <kaxml/kaschemaxml/schema/property.h>
 #include <kaxml/kaschemaxml/schema/relationship_class.h>
@@ -88,21 +89,22 @@ int ReadChildren(CKaSchema& schema, IXMLDOMDocument2& document, IXMLDOMNode* roo
     return status;
 }
 
-void AddToSchema(CKaSchema& schema, DeferredClass& deferred) {
+void AddToSchema(ClassAdder& adder, DeferredClass& deferred) {
     if (auto* const relationshipClass = dynamic_cast<CKaRelationshipClass*>(deferred.kaClass))
-        schema.AddKaRelationshipClass(relationshipClass);
+        adder.Add(relationshipClass);
     else
-        schema.AddKaClass(deferred.kaClass);
+        adder.Add(deferred.kaClass);
     static_cast<void>(deferred.owned.release());
 }
 
 // Second pass: every class gets its name and joins the schema. Third pass: what the classes hold,
 // which may name any of them.
 int ReadClasses(CKaSchema& schema, IXMLDOMDocument2& document, DeferredClasses& classes) {
+    ClassAdder adder(schema);
     for (DeferredClass& deferred : classes) {
         if (const int status = deferred.kaClass->ReadXMLAttributes(&document, deferred.node))
             return status;
-        AddToSchema(schema, deferred);
+        AddToSchema(adder, deferred);
     }
     for (const DeferredClass& deferred : classes)
         if (const int status = deferred.kaClass->ReadXMLContents(&schema, &document, deferred.node))
@@ -138,7 +140,7 @@ void CKaSchema::ReadRootAttributes(IXMLDOMNode* root) {
     IXMLDOMNamedNodeMap attributes = root->get_attributes();
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
         const std::wstring& name = attribute->get_nodeName();
-        const wchar_t* const value = attribute->get_text().c_str();
+        const wchar_t* const value = attribute->get_text().data();
         if (name == L"schemaName")
             SetSchemaName(value);
         else if (name == L"nameSpacePrefix")

@@ -49,13 +49,13 @@ void CKaSchemaReference::ReadAttributes(IXMLDOMNode* node) {
     IXMLDOMNamedNodeMap attributes = node->get_attributes();
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
         const std::wstring& name = attribute->get_nodeName();
-        const std::wstring& value = attribute->get_text();
+        const std::wstring_view value = attribute->get_text();
         if (name == L"name") {
             m_schemaName = value;
         } else if (name == L"version") {
             std::uint32_t major = 0;
             std::uint32_t minor = 0;
-            CKaSchema::ParseVersionString(value.c_str(), &major, &minor);
+            CKaSchema::ParseVersionString(value.data(), &major, &minor);
             CKaSchema::FormatVersionString(m_versionString, major, minor);
         } else if (name == L"prefix") {
             m_schemaPrefix = value;
