@@ -113,51 +113,57 @@ void RecycledValues::PutBack(std::vector<std::unique_ptr<CKaValue>>& values) noe
     values.clear();
 }
 
-// Under the lock. When the call throws, the caller still owns the value.
-void RecycledValues::TakeOver(CKaValue* value) {
-    Pool& pool = ThePool();
-    if (pool.isClosed) {
-        delete value;
-        return;
-    }
-    pool.s_recycledValues.emplace_back();
-    pool.s_recycledValues.back().reset(value);
-    value->m_isHeld = true;
-}
-
 void RecycledValues::Recycle(CKaValue* value) {
     // Before the lock, as above.
     if (value != nullptr && value->m_isHeld)
         throw KAXMLLogicError(L"Attempted to recycle a value that an array, an instance or the pool holds");
     if (value == nullptr)
         return;
-    const ScopedThreadLock lock(&ThePool().lock);
-    TakeOver(value);
+    Pool& pool = ThePool();
+    const ScopedThreadLock lock(&pool.lock);
+    if (pool.isClosed) {
+        delete value;
+        return;
+    }
+    pool.s_recycledValues.emplace_back(value);
+    value->m_isHeld = true;
 }
 
-// Under the lock, which an instance takes once for all that it holds.
-void RecycledValues::TakeOverAll(std::vector<std::unique_ptr<KaValueBase>>& values) {
-    for (std::unique_ptr<KaValueBase>& value : values)
+// Under the lock, which an instance takes once for all that it holds: a list of which nothing is left
+// is emptied, so that its end asks for no lock. When the call throws, what was not taken over is still
+// in the lists.
+void RecycledValues::TakeOverAll(std::vector<std::unique_ptr<CKaValue>>& pooled,
+                                 std::vector<std::unique_ptr<KaValueBase>>& values) {
+    bool isAnyLeft = false;
+    for (std::unique_ptr<KaValueBase>& value : values) {
         if (CKaValue* const primitive = AsPrimitive(value.get())) {
             // The pool would hold the room of every large text that ever passed through an instance.
-            if (primitive->Value().capacity() > kLargestKept)
-                std::wstring().swap(primitive->Value());
-            TakeOver(primitive);
+            if (primitive->m_value.capacity() > kLargestKept)
+                std::wstring().swap(primitive->m_value);
+            pooled.emplace_back(primitive);
             static_cast<void>(value.release());
-        } else if (auto* const array = dynamic_cast<KaArrayValue*>(value.get())) {
-            TakeOverAll(array->m_members);
+            continue;
+        }
+        isAnyLeft = isAnyLeft || value != nullptr;
+        if (auto* const array = dynamic_cast<KaArrayValue*>(value.get())) {
+            TakeOverAll(pooled, array->m_members);
         } else if (auto* const structure = dynamic_cast<KaStructValue*>(value.get())) {
             if (structure->m_pInstance)
-                TakeOverAll(structure->m_pInstance->m_values);
+                TakeOverAll(pooled, structure->m_pInstance->m_values);
         }
+    }
+    if (!isAnyLeft)
+        values.clear();
 }
 
 void RecycledValues::DropAll(std::vector<std::unique_ptr<KaValueBase>>& values) noexcept {
     if (values.empty())
         return;
     try {
-        const ScopedThreadLock lock(&ThePool().lock);
-        TakeOverAll(values);
+        Pool& pool = ThePool();
+        const ScopedThreadLock lock(&pool.lock);
+        if (!pool.isClosed)
+            TakeOverAll(pool.s_recycledValues, values);
     } catch (...) { // NOLINT(bugprone-empty-catch): no memory for the pool's list, so the values go
     }
     // Without the lock: arrays and structs drop values of their own.

@@ -32,8 +32,8 @@ class RecycledValues {
     static void Take(std::vector<std::unique_ptr<CKaValue>>& values, std::size_t count);
     static void PutBack(std::vector<std::unique_ptr<CKaValue>>& values) noexcept;
     static void Renew(CKaValue& value, CKaProperty* property);
-    static void TakeOver(CKaValue* value);
-    static void TakeOverAll(std::vector<std::unique_ptr<KaValueBase>>& values);
+    static void TakeOverAll(std::vector<std::unique_ptr<CKaValue>>& pooled,
+                            std::vector<std::unique_ptr<KaValueBase>>& values);
 };
 
 /// Values that a parse takes from the pool ahead of need, so that one lock serves many of them. The last

@@ -138,6 +138,8 @@ class KAXML_API CKaValue : public KaValueBase {
     void InitializeValue() noexcept;
 
   private:
+    friend class RecycledValues;
+
     std::wstring m_value;
 };
 
