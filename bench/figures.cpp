@@ -1,5 +1,7 @@
 #include "figures.h"
 
+#include "measurements.h"
+
 namespace bench {
 namespace {
 
@@ -10,17 +12,20 @@ void AddParses(std::vector<Figure>& list, const std::string& name, double atMost
 }
 
 void AddSchema(std::vector<Figure>& list, const std::string& title, const std::string& name) {
-    list.push_back({"read schema, " + title + " / raw parser", name + " read", name + " raw", 6.0});
-    list.push_back({"read schema, " + title + " / pugixml", name + " read", name + " pugixml", {}});
-    list.push_back({"write / read schema, " + title, name + " write", name + " read", 1.0});
+    list.push_back({"read schema, " + title + " / raw parser", name + "read", name + "raw", 6.0});
+    list.push_back({"read schema, " + title + " / pugixml", name + "read", name + "pugixml", {}});
 }
 
 void AddSchemas(std::vector<Figure>& list) {
-    for (const std::string size : {"500", "1000", "2000", "4000"})
-        AddSchema(list, size + " classes", "schema/" + size);
-    list.push_back({"read schema, 4000 / 2000 classes", "schema/4000 read", "schema/2000 read", 2.3});
-    list.push_back({"read schema, 30 references / raw parser", "schema/references read", "schema/references raw", 6.0});
-    list.push_back({"read schema, 30 references / pugixml", "schema/references read", "schema/references pugixml", {}});
+    for (const std::size_t count : kSchemaSizes) {
+        const std::string title = std::to_string(count) + " classes";
+        AddSchema(list, title, LargeSchemaName(count));
+        list.push_back(
+            {"write / read schema, " + title, LargeSchemaName(count) + "write", LargeSchemaName(count) + "read", 1.0});
+    }
+    list.push_back(
+        {"read schema, 4000 / 2000 classes", LargeSchemaName(4000) + "read", LargeSchemaName(2000) + "read", 2.3});
+    AddSchema(list, "30 references", kReferencesName);
 }
 
 void AddResources(std::vector<Figure>& list) {

@@ -26,6 +26,12 @@ inline constexpr const char* kValue = "value";
 /// Everything that can be measured. The inputs must outlive the list.
 std::vector<Measurement> AllMeasurements(Inputs& inputs);
 
+/// What the names of a schema's measurements begin with. Memory that reading a large one left behind makes
+/// reading a small one slower: each size has its own turn, but for two that are compared.
+std::string LargeSchemaName(std::size_t classCount);
+inline constexpr std::size_t kSchemaSizes[] = {500, 1000, 2000, 4000};
+inline constexpr const char* kReferencesName = "referencing schema/";
+
 void AddSchemaMeasurements(std::vector<Measurement>& list, Inputs& inputs);
 void AddWriterMeasurements(std::vector<Measurement>& list, Inputs& inputs);
 void AddResourceMeasurements(std::vector<Measurement>& list, Inputs& inputs);

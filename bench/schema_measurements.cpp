@@ -44,23 +44,28 @@ void AddBaseline(std::vector<Measurement>& list, const std::string& name, const 
 void AddSchema(std::vector<Measurement>& list, const std::string& name, const Find& find,
                const std::filesystem::path& folder) {
     list.push_back(
-        {name + " read", Unit::seconds, [find](benchmark::State& state) { TimeReading(state, find().front()); }});
-    list.push_back({name + " write", Unit::seconds, [find, folder](benchmark::State& state) {
+        {name + "read", Unit::seconds, [find](benchmark::State& state) { TimeReading(state, find().front()); }});
+    list.push_back({name + "write", Unit::seconds, [find, folder](benchmark::State& state) {
                         TimeWriting(state, find().front(), folder / "written.kaschema.xml");
                     }});
-    AddBaseline(list, name + " raw", find, RawParse);
-    AddBaseline(list, name + " pugixml", find, [](const std::filesystem::path& file) { PugixmlReadSchema(file); });
+    AddBaseline(list, name + "raw", find, RawParse);
+    AddBaseline(list, name + "pugixml", find, [](const std::filesystem::path& file) { PugixmlReadSchema(file); });
 }
 
 } // namespace
 
+std::string LargeSchemaName(std::size_t classCount) {
+    const std::string count = std::to_string(classCount);
+    return classCount < 2000 ? "schema " + count + "/" : "large schemas/" + count + " ";
+}
+
 void AddSchemaMeasurements(std::vector<Measurement>& list, Inputs& inputs) {
-    for (const std::size_t count : {500U, 1000U, 2000U, 4000U})
+    for (const std::size_t count : kSchemaSizes)
         AddSchema(
-            list, "schema/" + std::to_string(count), [&inputs, count] { return Files{inputs.LargeSchema(count)}; },
+            list, LargeSchemaName(count), [&inputs, count] { return Files{inputs.LargeSchema(count)}; },
             inputs.Folder());
     AddSchema(
-        list, "schema/references", [&inputs] { return inputs.ReferencingSchema(); }, inputs.Folder());
+        list, kReferencesName, [&inputs] { return inputs.ReferencingSchema(); }, inputs.Folder());
 }
 
 } // namespace bench
