@@ -52,6 +52,34 @@ TEST(TextWriter, WritesFragmentsUnescaped) {
     EXPECT_EQ(output, L"kept<Motor>");
 }
 
+struct Own : CKaValue {
+    using CKaValue::CKaValue;
+    void AppendValueToString(std::wstring& output) const override {
+        if (IsNull())
+            throw std::length_error(ToUtf8(output.append(5000, L'!')));
+        output += L"own" + Value();
+    }
+};
+
+TEST(TextWriter, WritesTextsOfAllSizesAndOtherKindsOfValues) {
+    CKaSchema schema(L"Plant", L"pl", nullptr);
+    CKaClass* const pump = schema.CreateKaClass(L"Pump", L"", KA_DOMAIN_CLASS);
+    CKaInstance instance(pump);
+    std::wstring expected = L"before";
+    for (std::size_t size = 1; size < 3000; size += 1 + size / 3) {
+        const std::wstring name(size, static_cast<wchar_t>(L'a' + size % 26)), text(size * 5 % 700, L'x');
+        CKaProperty* const property = pump->AddKaProperty(name.c_str(), L"string", L"");
+        instance.AddKaValue(size % 2 != 0 ? new CKaValue(property, text.c_str()) : new Own(property, text.c_str()));
+        expected += L"<" + name + L">" + (size % 2 != 0 ? L"" : L"own") + text + L"</" + name + L">";
+    }
+    std::wstring output = L"before";
+    instance.AppendValueToString(output);
+    EXPECT_EQ(output, expected);
+    instance.AddKaValue(new Own(pump->AddKaProperty(L"Last", L"string", L""), nullptr));
+    EXPECT_THROW(instance.AppendValueToString(output.assign(L"before")), std::length_error);
+    EXPECT_EQ(output, expected + L"<Last>" + std::wstring(5000, L'!'));
+}
+
 TEST(TextWriter, GrowsByDoubling) {
     CKaSchema schema(L"Plant", L"pl", nullptr);
     const CKaInstance instance(schema.CreateKaClass(L"Pump", L"", KA_DOMAIN_CLASS));

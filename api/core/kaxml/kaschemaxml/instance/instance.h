@@ -35,6 +35,7 @@ class KAXML_API CKaInstance {
     /// Appends the instance as XML text: an element named by the type name, with the id (as
     /// "instanceid", when there is one) and the attribute text, both as they stand, and the values.
     /// Nothing is escaped, and no namespace or declaration is added. What the output holds stays.
+    /// @param output      not `attributes` and no text of the instance.
     /// @param attributes  further attributes, with a blank in front (" id='P-101'"); may be empty.
     /// @throws KAXMLLogicError for a struct without an instance; what was appended stays.
     virtual void AppendAsXml(std::wstring& output, const std::wstring& attributes) const;
@@ -129,6 +130,7 @@ class KAXML_API CKaInstance {
 
   private:
     friend class InstanceFiller;
+    friend class InstanceText;
     friend class ModelCopier;
     friend class RecycledValues;
 

@@ -3,57 +3,185 @@
 #include <kaxml/kaxml/core/errors.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
+#include <typeinfo>
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
-constexpr std::size_t kSpareCapacity = 1024;
+// Most names and texts are so short that calling memcpy takes longer than copying.
+wchar_t* Copy(std::wstring_view text, wchar_t* to) noexcept {
+    constexpr std::size_t kPiece = 4;
+    constexpr std::size_t kShort = 16 * kPiece;
+    const wchar_t* const from = text.data();
+    const std::size_t size = text.size();
+    if (size < kPiece) {
+        for (std::size_t i = 0; i < size; ++i)
+            to[i] = from[i];
+    } else if (size <= kShort) {
+        for (std::size_t i = 0; i + kPiece < size; i += kPiece)
+            std::memcpy(to + i, from + i, kPiece * sizeof(wchar_t));
+        std::memcpy(to + size - kPiece, from + size - kPiece, kPiece * sizeof(wchar_t));
+    } else {
+        std::memcpy(to, from, size * sizeof(wchar_t));
+    }
+    return to + size;
+}
 
 // A string that collects many instances grows by doubling, not with every one of them.
 void MakeRoom(std::wstring& output) {
+    constexpr std::size_t kSpareCapacity = 1024;
     if (output.capacity() - output.size() < kSpareCapacity)
         output.reserve(std::max(2 * output.capacity(), kSpareCapacity));
 }
 
-// Appends "<name>", or "</name>" with a slash, by one growth of the text.
-void AppendTag(std::wstring& output, std::wstring_view start, std::wstring_view name) {
-    const std::size_t begin = output.size();
-    output.resize(begin + start.size() + name.size() + 1, L'>');
-    wchar_t* const end = std::copy(start.begin(), start.end(), output.data() + begin);
-    std::copy(name.begin(), name.end(), end);
-}
-
 } // namespace
+
+// Writes the text of an instance at the end of the output. The output grows ahead of what is written, once
+// for many pieces, and is cut to what was written in the end: twice as fast as appending each piece.
+class InstanceText {
+  public:
+    explicit InstanceText(std::wstring& output) noexcept : m_output(output) { Start(); }
+    InstanceText(const InstanceText&) = delete;
+    InstanceText& operator=(const InstanceText&) = delete;
+    ~InstanceText() { Cut(); }
+
+    void Add(std::wstring_view piece) {
+        MakeRoom(piece.size());
+        m_end = Copy(piece, m_end);
+    }
+
+    void AddValues(const CKaInstance& instance) {
+        for (const auto& value : instance.m_values)
+            AddElement(value->m_propertyName, value.get());
+    }
+
+    void AddMembers(const KaArrayValue& array) {
+        const std::wstring& name = array.GetProperty()->TypeName();
+        for (const auto& member : array.m_members)
+            AddElement(name, member.get());
+    }
+
+    void AddStruct(const KaStructValue& structure) {
+        if (!structure.m_pInstance)
+            throw KAXMLLogicError(L"Can't serialize a NULL struct");
+        AddValues(*structure.m_pInstance);
+    }
+
+    // A member of an array may be null.
+    void AddElement(std::wstring_view name, const KaValueBase* value) {
+        if (value != nullptr && value->m_isPrimitive && typeid(*value) == typeid(CKaValue)) {
+            const bool isNull = (value->m_status & KaValueBase::kNullStatus) != 0;
+            AddText(name, isNull ? std::wstring_view() : static_cast<const CKaValue*>(value)->m_value);
+            return;
+        }
+        AddTag(L"<"sv, name);
+        if (value != nullptr)
+            AddContent(*value);
+        AddTag(L"</"sv, name);
+    }
+
+    void AddTag(std::wstring_view start, std::wstring_view name) {
+        Add(start);
+        Add(name);
+        Add(L">"sv);
+    }
+
+  private:
+    void Start() noexcept {
+        m_end = m_output.data() + m_output.size();
+        m_limit = m_end;
+    }
+
+    void Cut() noexcept { m_output.resize(Size()); }
+
+    std::size_t Size() const noexcept { return static_cast<std::size_t>(m_end - m_output.data()); }
+
+    void MakeRoom(std::size_t size) {
+        if (size > static_cast<std::size_t>(m_limit - m_end))
+            Grow(size);
+    }
+
+    void Grow(std::size_t size) {
+        constexpr std::size_t kStep = 256;
+        const std::size_t written = Size();
+        m_output.resize(written + std::max(size, kStep));
+        m_end = m_output.data() + written;
+        m_limit = m_output.data() + m_output.size();
+    }
+
+    void AddText(std::wstring_view name, std::wstring_view text) {
+        MakeRoom(2 * name.size() + text.size() + 5);
+        wchar_t* end = m_end;
+        *end++ = L'<';
+        end = Copy(name, end);
+        *end++ = L'>';
+        end = Copy(text, end);
+        *end++ = L'<';
+        *end++ = L'/';
+        end = Copy(name, end);
+        *end++ = L'>';
+        m_end = end;
+    }
+
+    void AddContent(const KaValueBase& value) {
+        if (typeid(value) == typeid(KaArrayValue)) {
+            AddMembers(static_cast<const KaArrayValue&>(value));
+        } else if (typeid(value) == typeid(KaStructValue)) {
+            AddStruct(static_cast<const KaStructValue&>(value));
+        } else {
+            AddOther(value);
+        }
+    }
+
+    // A value of a class of the client's: it appends to what is written so far.
+    void AddOther(const KaValueBase& value) {
+        Cut();
+        try {
+            value.AppendValueToString(m_output);
+        } catch (...) {
+            Start();
+            throw;
+        }
+        Start();
+    }
+
+    std::wstring& m_output;
+    wchar_t* m_end;   // of what is written
+    wchar_t* m_limit; // of the output
+};
 
 void CKaInstance::AppendAsXml(std::wstring& output, const std::wstring& attributes) const {
     MakeRoom(output);
-    output += L'<';
-    output += m_typeName;
+    InstanceText text(output);
+    text.Add(L"<"sv);
+    text.Add(m_typeName);
     if (!m_instanceID.empty()) {
-        output += L" instanceid='";
-        output += m_instanceID;
-        output += L"' ";
+        text.Add(L" instanceid='"sv);
+        text.Add(m_instanceID);
+        text.Add(L"' "sv);
     }
     if (!attributes.empty()) {
-        output += attributes;
-        output += L' ';
+        text.Add(attributes);
+        text.Add(L" "sv);
     }
-    output += L'>';
-    AppendValueToString(output);
-    AppendTag(output, L"</", m_typeName);
+    text.Add(L">"sv);
+    text.AddValues(*this);
+    text.AddTag(L"</"sv, m_typeName);
 }
 
 void CKaInstance::AppendValueToString(std::wstring& output) const {
-    for (const auto& value : m_values)
-        value->AppendAsXml(output);
+    InstanceText text(output);
+    text.AddValues(*this);
 }
 
 void KaValueBase::AppendAsXml(std::wstring& output) const {
-    AppendTag(output, L"<", m_propertyName);
-    AppendValueToString(output);
-    AppendTag(output, L"</", m_propertyName);
+    InstanceText text(output);
+    text.AddElement(m_propertyName, this);
 }
 
 void CKaValue::AppendValueToString(std::wstring& output) const {
@@ -62,19 +190,13 @@ void CKaValue::AppendValueToString(std::wstring& output) const {
 }
 
 void KaArrayValue::AppendValueToString(std::wstring& output) const {
-    const std::wstring& name = GetProperty()->TypeName();
-    for (const auto& member : m_members) {
-        AppendTag(output, L"<", name);
-        if (member)
-            member->AppendValueToString(output);
-        AppendTag(output, L"</", name);
-    }
+    InstanceText text(output);
+    text.AddMembers(*this);
 }
 
 void KaStructValue::AppendValueToString(std::wstring& output) const {
-    if (!m_pInstance)
-        throw KAXMLLogicError(L"Can't serialize a NULL struct");
-    m_pInstance->AppendValueToString(output);
+    InstanceText text(output);
+    text.AddStruct(*this);
 }
 
 } // namespace KAXML

@@ -80,9 +80,12 @@ class KAXML_API KaValueBase {
   private:
     friend class CKaInstance;
     friend class CKaValue;
+    friend class InstanceText;
     friend class KaArrayValue;
     friend class ModelCopier;
     friend class RecycledValues;
+
+    static constexpr std::uint32_t kNullStatus = 1;
 
     KAXML_LOCAL static void RequireProperty(const CKaProperty* property);
 
@@ -138,6 +141,7 @@ class KAXML_API CKaValue : public KaValueBase {
     void InitializeValue() noexcept;
 
   private:
+    friend class InstanceText;
     friend class RecycledValues;
 
     std::wstring m_value;
@@ -174,6 +178,7 @@ class KAXML_API KaArrayValue : public KaValueBase {
     CKaInstance* GetStructInstance(unsigned int index, const wchar_t* className) const;
 
   private:
+    friend class InstanceText;
     friend class ModelCopier;
     friend class RecycledValues;
 
@@ -208,6 +213,7 @@ class KAXML_API KaStructValue : public KaValueBase {
     int ReadXML(CKaClass* structClass, IXMLDOMNode* node);
 
   private:
+    friend class InstanceText;
     friend class ModelCopier;
     friend class RecycledValues;
 

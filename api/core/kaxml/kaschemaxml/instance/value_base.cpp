@@ -6,12 +6,6 @@
 
 namespace KAXML {
 
-namespace {
-
-constexpr std::uint32_t kNullStatus = 1;
-
-} // namespace
-
 KaValueBase::KaValueBase(CKaProperty* property) : m_status(kNullStatus) { Reinitialize(property); }
 
 KaValueBase::KaValueBase(const KaValueBase& other)
