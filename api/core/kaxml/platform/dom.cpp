@@ -7,6 +7,8 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 constexpr std::wstring_view kDeclaration = L"xmlns";
@@ -30,7 +32,7 @@ AttributeName Split(std::wstring_view name) {
 bool IsAllowed(const AttributeName& name) {
     if (!IsNCName(name.local))
         return false;
-    return name.prefix.empty() || (name.isDeclaration && name.local != L"xml" && name.local != kDeclaration);
+    return name.prefix.empty() || (name.isDeclaration && name.local != L"xml"sv && name.local != kDeclaration);
 }
 
 // A prefix cannot be taken back, and two namespace names are bound for good.

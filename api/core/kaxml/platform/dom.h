@@ -75,6 +75,8 @@ class IXMLDOMNode {
     const std::wstring& get_namespaceURI() const noexcept { return m_name->namespaceUri; }
     /// All text and CDATA below an element, joined; the node's own text for others.
     std::wstring get_text() const;
+    /// The node's own text; empty for an element.
+    std::wstring_view Value() const noexcept { return m_value; }
     IXMLDOMNode* get_firstChild() const noexcept { return m_firstChild; }
     IXMLDOMNode* get_nextSibling() const noexcept { return m_nextSibling; }
     IXMLDOMNode* get_parentNode() const noexcept { return m_parent; }

@@ -3,13 +3,17 @@
 #include <kaxml/platform/dom_names.h>
 #include <kaxml/platform/wide_text.h>
 
-#include <unordered_map>
+#include <algorithm>
+#include <vector>
 
 namespace KAXML {
 
 namespace {
 
-bool IsWhiteSpace(const std::wstring& text) { return text.find_first_not_of(L"\t\n\r ") == std::wstring::npos; }
+bool IsWhiteSpace(const std::wstring& text) noexcept {
+    return std::all_of(text.begin(), text.end(),
+                       [](wchar_t c) { return c == L' ' || c == L'\n' || c == L'\t' || c == L'\r'; });
+}
 
 } // namespace
 
@@ -48,7 +52,9 @@ class IXMLDOMDocument2::TreeBuilder final : public XmlEvents {
   private:
     // The parser's names end with the parse.
     const XmlName* Own(const XmlName& name) {
-        const XmlName*& own = m_ownNames[&name];
+        if (name.number >= m_ownNames.size())
+            m_ownNames.resize(name.number + 1);
+        const XmlName*& own = m_ownNames[name.number];
         if (own == nullptr)
             own = m_document.Intern(name.namespaceUri, name.localName, name.qualifiedName);
         return own;
@@ -95,7 +101,7 @@ class IXMLDOMDocument2::TreeBuilder final : public XmlEvents {
     int m_depth = 0;
     std::wstring m_text;
     std::wstring m_wide;
-    std::unordered_map<const XmlName*, const XmlName*> m_ownNames;
+    std::vector<const XmlName*> m_ownNames; // by the numbers of the parser's
 };
 
 bool IXMLDOMDocument2::Build(XmlInput& input, std::wstring url) {

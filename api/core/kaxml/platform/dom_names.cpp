@@ -24,13 +24,26 @@ const XmlName& FixedNames::Comment() {
 
 const XmlName* IXMLDOMDocument2::NameTable::Find(std::wstring_view namespaceUri, std::wstring_view localName,
                                                  std::wstring_view qualifiedName) {
-    const auto found = m_names.find(Key(namespaceUri, localName, qualifiedName));
+    if (qualifiedName.empty())
+        return FindOrAdd({namespaceUri, localName, qualifiedName});
+    const std::size_t mixed = qualifiedName.size() * 7 + static_cast<std::size_t>(qualifiedName.front()) * 3 +
+                              static_cast<std::size_t>(qualifiedName.back());
+    const XmlName*& recent = m_recent[mixed % m_recent.size()];
+    if (recent == nullptr || recent->qualifiedName != qualifiedName || recent->localName != localName ||
+        recent->namespaceUri != namespaceUri)
+        recent = FindOrAdd({namespaceUri, localName, qualifiedName});
+    return recent;
+}
+
+const XmlName* IXMLDOMDocument2::NameTable::FindOrAdd(const Key& key) {
+    const auto found = m_names.find(key);
     if (found != m_names.end())
         return found->second.get();
+    const auto& [namespaceUri, localName, qualifiedName] = key;
     auto name = std::make_unique<const XmlName>(
         XmlName{std::wstring(namespaceUri), std::wstring(localName), std::wstring(qualifiedName)});
-    const Key key(name->namespaceUri, name->localName, name->qualifiedName);
-    return m_names.emplace(key, std::move(name)).first->second.get();
+    const Key own(name->namespaceUri, name->localName, name->qualifiedName);
+    return m_names.emplace(own, std::move(name)).first->second.get();
 }
 
 } // namespace KAXML

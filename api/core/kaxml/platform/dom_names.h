@@ -2,7 +2,10 @@
 
 #include <kaxml/platform/dom.h>
 
+#include <array>
 #include <map>
+#include <memory>
+#include <string_view>
 #include <tuple>
 
 namespace KAXML {
@@ -19,12 +22,19 @@ struct FixedNames {
 struct IXMLDOMDocument2::NameTable {
   public:
     const XmlName* Find(std::wstring_view namespaceUri, std::wstring_view localName, std::wstring_view qualifiedName);
-    void Clear() noexcept { m_names.clear(); }
+    void Clear() noexcept {
+        m_names.clear();
+        m_recent = {};
+    }
 
   private:
     using Key = std::tuple<std::wstring_view, std::wstring_view, std::wstring_view>;
+    const XmlName* FindOrAdd(const Key& key);
+
     // The keys look into the names.
     std::map<Key, std::unique_ptr<const XmlName>> m_names;
+    // A tree has few names and uses each many times: where each was last, by some of its characters.
+    std::array<const XmlName*, 64> m_recent{};
 };
 
 } // namespace KAXML

@@ -9,6 +9,8 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 // How one kind of place writes the characters that mean something there.
@@ -46,13 +48,13 @@ bool IsCharacterData(const IXMLDOMNode& node) {
 
 bool HasCharacterData(const IXMLDOMNode& node) {
     for (const IXMLDOMNode* child = node.get_firstChild(); child != nullptr; child = child->get_nextSibling()) {
-        if (child->get_nodeType() == NODE_CDATA_SECTION || (IsCharacterData(*child) && !child->get_text().empty()))
+        if (child->get_nodeType() == NODE_CDATA_SECTION || (IsCharacterData(*child) && !child->Value().empty()))
             return true;
     }
     return false;
 }
 
-bool EndsWithName(std::wstring_view name) { return name.ends_with(L"Name") || name == L"name"; }
+bool EndsWithName(std::wstring_view name) { return name.ends_with(L"Name") || name == L"name"sv; }
 
 // A text as part of a message about what it holds.
 std::wstring Printable(std::wstring_view text) {
@@ -129,7 +131,7 @@ class Writer {
             WriteInstruction(node);
             break;
         default:
-            AppendCharacters(node.get_text(), Place::text, node, nullptr);
+            AppendCharacters(node.Value(), Place::text, node, nullptr);
         }
     }
 
@@ -184,16 +186,17 @@ class Writer {
         bool isDeclared = false;
         for (const IXMLDOMAttribute& attribute : element.Attributes()) {
             WriteAttribute(element, attribute.get_nodeName(), attribute.get_text());
-            if (attribute.IsDeclaration() && attribute.get_nodeName() == L"xmlns") {
+            if (attribute.IsDeclaration() && attribute.get_nodeName() == L"xmlns"sv) {
                 inForce = attribute.get_text();
                 isDeclared = true;
             }
         }
         const bool isPrefixed = element.get_baseName().size() != element.get_nodeName().size();
-        if (isDeclared || isPrefixed || element.get_namespaceURI() == inherited)
+        const std::wstring_view uri = element.get_namespaceURI();
+        if (isDeclared || isPrefixed || uri.data() == inherited.data() || uri == inherited)
             return inForce;
-        WriteAttribute(element, kDefaultDeclaration, element.get_namespaceURI());
-        return element.get_namespaceURI();
+        WriteAttribute(element, kDefaultDeclaration, uri);
+        return uri;
     }
 
     void WriteAttribute(const IXMLDOMElement& element, const std::wstring& name, std::wstring_view value) {
@@ -206,14 +209,14 @@ class Writer {
 
     void WriteBetween(std::string_view opening, const IXMLDOMNode& node, std::string_view closing) {
         m_out += opening;
-        AppendCharacters(node.get_text(), Place::verbatim, node, nullptr);
+        AppendCharacters(node.Value(), Place::verbatim, node, nullptr);
         m_out += closing;
     }
 
     void WriteInstruction(const IXMLDOMNode& node) {
         m_out += "<?";
         AppendName(node.get_nodeName());
-        WriteBetween(node.get_text().empty() ? "" : " ", node, "?>");
+        WriteBetween(node.Value().empty() ? "" : " ", node, "?>");
     }
 
     void WriteCDataSection(const IXMLDOMNode& node) {

@@ -28,6 +28,9 @@ template <std::size_t Count> bool Contains(const Range (&ranges)[Count], char32_
                        [c](const Range& range) { return c >= range.first && c <= range.last; });
 }
 
+// What most names are made of, and not the first of the ranges.
+constexpr bool IsAsciiLetter(char32_t c) noexcept { return (c | 0x20) >= U'a' && (c | 0x20) <= U'z'; }
+
 } // namespace
 
 bool IsNCName(std::wstring_view name) noexcept {
@@ -37,7 +40,7 @@ bool IsNCName(std::wstring_view name) noexcept {
         return false;
     while (p != end) {
         const char32_t c = NextCodePoint(p, end);
-        if (!Contains(kNameStart, c) && !Contains(kNameRest, c))
+        if (!IsAsciiLetter(c) && !Contains(kNameStart, c) && !Contains(kNameRest, c))
             return false;
     }
     return true;

@@ -5,6 +5,7 @@
 #include <kaxml/kaschemaxml/schema/schema.h>
 #include <kaxml/kaxml/core/arguments.h>
 #include <kaxml/kaxml/core/format.h>
+#include <kaxml/kaxml/core/make_room.h>
 #include <kaxml/kaxml/core/same_name.h>
 
 #include <algorithm>
@@ -52,8 +53,8 @@ void CKaClass::AddKaProperty(CKaProperty* property) {
                                          property->GetTypeName(),
                                          L" but no KaClass with that name exists in the KaSchema."));
     }
-    m_properties.emplace_back();
-    m_properties.back().reset(property);
+    MakeRoomForOne(m_properties);
+    m_properties.emplace_back(property);
 }
 
 CKaProperty* CKaClass::AddKaProperty(const std::wstring& name, const std::wstring& typeName,

@@ -48,18 +48,20 @@ std::wstring AtLeastTwoDigits(std::uint32_t number) {
 
 } // namespace
 
-int NameIsValid(const wchar_t* name, int throwOnError, const std::wstring& kind) {
+int NameIsValid(const wchar_t* name, int throwOnError, std::wstring_view kind) {
     if (name == nullptr)
-        throw KAXMLLogicError(kind + L" names cannot be NULL!");
+        throw KAXMLLogicError(Concat(kind, L" names cannot be NULL!"));
+    const auto invalid = [throwOnError, kind](const auto&... problem) {
+        return InvalidName(throwOnError, Concat(kind, problem...));
+    };
     const std::wstring_view text(name);
     if (text.empty())
-        return InvalidName(throwOnError, kind + L" names cannot be blank!");
+        return invalid(L" names cannot be blank!");
     if (text[0] != L'_' && !IsLetter(text[0]))
-        return InvalidName(throwOnError, Concat(kind, L" names must begin with a letter or '_': '", text, L"'"));
+        return invalid(L" names must begin with a letter or '_': '", text, L"'");
     const auto allowed = [](wchar_t c) { return c == L'_' || IsLetterOrDigit(c); };
     if (!std::all_of(text.begin(), text.end(), allowed))
-        return InvalidName(throwOnError,
-                           Concat(kind, L" names can only contain alpha-numeric characters or '_': '", text, L"'"));
+        return invalid(L" names can only contain alpha-numeric characters or '_': '", text, L"'");
     return 1;
 }
 

@@ -7,6 +7,8 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 CKaProperty::CKaProperty(CKaClass* owner) : m_pKaClass(owner) {}
 
 CKaProperty::CKaProperty(const CKaProperty& other) = default;
@@ -51,7 +53,7 @@ void CKaProperty::SetMinOccurs(const wchar_t* minOccurs) {
     if (minOccurs == nullptr)
         throw KAXMLInvalidArgument(L"passed NULL minOccurs into CKaProperty::SetMinOccurs");
     m_minOccurs = minOccurs;
-    if (m_minOccurs != L"1")
+    if (m_minOccurs != L"1"sv)
         m_isArray = 1;
 }
 
@@ -59,7 +61,7 @@ void CKaProperty::SetMaxOccurs(const wchar_t* maxOccurs) {
     if (maxOccurs == nullptr)
         throw KAXMLInvalidArgument(L"passed NULL maxOccurs into CKaProperty::SetMaxOccurs");
     m_maxOccurs = maxOccurs;
-    if (m_maxOccurs != L"1")
+    if (m_maxOccurs != L"1"sv)
         m_isArray = 1;
 }
 

@@ -13,7 +13,7 @@ namespace KAXML {
 namespace {
 
 // Construction from null-terminated texts: null names are for the name rule to refuse.
-const wchar_t* RequireName(const wchar_t* name, const wchar_t* kind) {
+const wchar_t* RequireName(const wchar_t* name, std::wstring_view kind) {
     NameIsValid(name, 1, kind);
     return name;
 }

@@ -9,16 +9,19 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 constexpr wchar_t kTypeNameMissing[] = L"Required attribute typeName not found on an KaClass";
 
 bool IsPropertyElement(std::wstring_view name) {
-    return name == L"KaProperty" || name == L"KaArrayProperty" || name == L"KaStructProperty";
+    return name == L"KaProperty"sv || name == L"KaArrayProperty"sv || name == L"KaStructProperty"sv;
 }
 
 void LogClassRead(const std::wstring& typeName) {
-    LogFormatted(LOG_TRACE, L"CKaClass::ReadXML (typeName=%s)", {typeName});
+    if (IsLogging())
+        LogFormatted(LOG_TRACE, L"CKaClass::ReadXML (typeName=%s)", {typeName});
 }
 
 int ReadProperty(CKaClass& kaClass, IXMLDOMDocument2* document, IXMLDOMNode* node) {
@@ -44,21 +47,21 @@ int CKaClass::ReadXMLAttributes(IXMLDOMDocument2*, IXMLDOMNode* node) {
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
         const std::wstring& name = attribute->get_nodeName();
         const std::wstring_view text = attribute->get_text();
-        if (name == L"typeName") {
+        if (name == L"typeName"sv) {
             SetTypeName(text.data());
             hasTypeName = true;
-        } else if (name == L"baseClass") {
+        } else if (name == L"baseClass"sv) {
             SetBaseClass(text.data());
-        } else if (name == L"description") {
+        } else if (name == L"description"sv) {
             SetDescription(text.data());
-        } else if (name == L"displayLabel") {
+        } else if (name == L"displayLabel"sv) {
             SetDisplayLabel(text.data());
-        } else if (name == L"isCustomAttributeClass") {
+        } else if (name == L"isCustomAttributeClass"sv) {
             m_isCustomAttributeClass = IsTrue(text) ? 1 : 0;
-        } else if (name == L"isDomainClass") {
+        } else if (name == L"isDomainClass"sv) {
             m_isDomainClass = IsTrue(text) ? 1 : 0;
             hasIsDomainClass = true;
-        } else if (name == L"isStruct") {
+        } else if (name == L"isStruct"sv) {
             m_isStruct = IsTrue(text) ? 1 : 0;
         }
     }
@@ -81,9 +84,9 @@ int CKaClass::ReadXMLContents(CKaSchema*, IXMLDOMDocument2* document, IXMLDOMNod
         int status = 0;
         if (IsPropertyElement(name)) {
             status = ReadProperty(*this, document, child);
-        } else if (name == L"KaCustomAttributes") {
+        } else if (name == L"KaCustomAttributes"sv) {
             status = ReadCustomAttributesFromXML(m_pKaSchema, document, child);
-        } else if (name == L"BaseClass") {
+        } else if (name == L"BaseClass"sv) {
             if (++baseClasses > 1)
                 throw KAXMLFormatError(Concat(L"CKaClass typeName=", m_typeName,
                                               L" has more than one BaseClass, which is not supported by kaxml.dll."));
@@ -98,23 +101,23 @@ int CKaClass::ReadXMLContents(CKaSchema*, IXMLDOMDocument2* document, IXMLDOMNod
 int CKaClass::WriteXML(IXMLDOMDocument2* document, IXMLDOMNode* parent) {
     RequireNotNull(document, L"document", L"CKaClass::WriteXML");
     RequireNotNull(parent, L"parent", L"CKaClass::WriteXML");
-    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"KaClass");
-    CHECK_HRESULT(element->setAttribute(L"typeName", GetTypeName()),
+    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"KaClass"sv);
+    CHECK_HRESULT(element->setAttribute(L"typeName"sv, TypeName()),
                   L"pElement->setAttribute (L\"typeName\", _variant_t(GetTypeName()))");
     if (*GetDescription() != L'\0')
-        CHECK_HRESULT(element->setAttribute(L"description", GetDescription()),
+        CHECK_HRESULT(element->setAttribute(L"description"sv, GetDescription()),
                       L"pElement->setAttribute (L\"description\", _variant_t(GetDescription()))");
     if (!m_displayLabel.empty())
-        CHECK_HRESULT(element->setAttribute(L"displayLabel", m_displayLabel),
+        CHECK_HRESULT(element->setAttribute(L"displayLabel"sv, m_displayLabel),
                       L"pElement->setAttribute (L\"displayLabel\", _variant_t(GetDisplayLabel()))");
     if (m_isCustomAttributeClass != 0)
-        CHECK_HRESULT(element->setAttribute(L"isCustomAttributeClass", KAXML_TRUE),
+        CHECK_HRESULT(element->setAttribute(L"isCustomAttributeClass"sv, KAXML_TRUE),
                       L"pElement->setAttribute (L\"isCustomAttributeClass\", _variant_t(KAXML_TRUE))");
     CHECK_HRESULT(
-        element->setAttribute(L"isDomainClass", TrueOrFalse(m_isDomainClass)),
+        element->setAttribute(L"isDomainClass"sv, TrueOrFalse(m_isDomainClass)),
         L"pElement->setAttribute (L\"isDomainClass\", _variant_t(IsDomainClass() ? KAXML_TRUE : KAXML_FALSE))");
     if (m_isStruct != 0)
-        CHECK_HRESULT(element->setAttribute(L"isStruct", KAXML_TRUE),
+        CHECK_HRESULT(element->setAttribute(L"isStruct"sv, KAXML_TRUE),
                       L"pElement->setAttribute (L\"isStruct\", _variant_t(KAXML_TRUE))");
     WriteBaseClassToXML(document, element);
     int status = WriteCustomAttributesToXML(document, element);
@@ -125,7 +128,7 @@ int CKaClass::WriteXML(IXMLDOMDocument2* document, IXMLDOMNode* parent) {
 
 int CKaClass::WriteBaseClassToXML(IXMLDOMDocument2* document, IXMLDOMNode* element) const {
     if (!m_baseClassName.empty())
-        AppendText(document, CreateSchemaElement(document, element, L"BaseClass"), m_baseClassName);
+        AppendText(document, CreateSchemaElement(document, element, L"BaseClass"sv), m_baseClassName);
     return 0;
 }
 

@@ -13,6 +13,8 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 std::wstring NameOfOwner(const CKaRelationshipClass* owner) {
@@ -103,7 +105,7 @@ int CKaCommon::WriteCustomAttributesToXML(IXMLDOMDocument2* document, IXMLDOMNod
         return 0;
     RequireNotNull(document, L"document", L"CKaCommon::WriteCustomAttributesToXML");
     RequireNotNull(parent, L"parent", L"CKaCommon::WriteCustomAttributesToXML");
-    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"KaCustomAttributes");
+    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"KaCustomAttributes"sv);
     int status = 0;
     for (std::size_t i = 0; status == 0 && i < m_customAttributes.size(); ++i)
         status = m_customAttributes[i]->WriteXML(document, element);

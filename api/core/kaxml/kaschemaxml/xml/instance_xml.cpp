@@ -10,6 +10,8 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 // The schema in which the names of a class's struct types are looked up.
@@ -121,7 +123,7 @@ int CKaInstance::WriteXML(IXMLDOMDocument2* document, IXMLDOMNode* parent) const
     const std::wstring namespaceUri = SchemaOf(*m_pKaClass).XmlNamespace();
     IXMLDOMElement* const element = CreateElement(document, parent, m_typeName, namespaceUri);
     if (!m_instanceID.empty())
-        CHECK_HRESULT(element->setAttribute(L"id", m_instanceID), L"pElement->setAttribute (L\"id\", instanceId)");
+        CHECK_HRESULT(element->setAttribute(L"id"sv, m_instanceID), L"pElement->setAttribute (L\"id\", instanceId)");
     return WriteValues(*this, document, element, namespaceUri);
 }
 

@@ -11,6 +11,8 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 using Keys = std::vector<std::wstring>;
@@ -23,7 +25,7 @@ class EndMessages {
 
     [[noreturn]] void ThrowUnrecognizedAttribute(const std::wstring& name, const wchar_t* pathBelowEnd) const {
         // The message of the deepest element has an "in" that the others lack.
-        const bool isKeyProperty = std::wstring_view(pathBelowEnd) == L"\\Class\\Key\\Property";
+        const bool isKeyProperty = std::wstring_view(pathBelowEnd) == L"\\Class\\Key\\Property"sv;
         throw KAXMLFormatError(Concat(L"Unrecognized attribute '", name, isKeyProperty ? L"' in " : L"' ",
                                       L"KaRelationshipClass\\", m_endElement, pathBelowEnd, L" element of '", m_owner,
                                       L"'."));
@@ -49,11 +51,11 @@ template <typename End> void ReadEndAttributes(End& end, IXMLDOMNode* node, cons
     IXMLDOMNamedNodeMap attributes = node->get_attributes();
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
         const std::wstring& name = attribute->get_nodeName();
-        if (name == L"cardinality")
+        if (name == L"cardinality"sv)
             end.m_cardinality = attribute->get_text();
-        else if (name == L"roleLabel")
+        else if (name == L"roleLabel"sv)
             end.m_roleLabel = attribute->get_text();
-        else if (name == L"polymorphic")
+        else if (name == L"polymorphic"sv)
             end.m_isPolymorphic = IsTrue(attribute->get_text()) ? 1 : 0;
         else
             messages.ThrowUnrecognizedAttribute(name, L"");
@@ -63,7 +65,7 @@ template <typename End> void ReadEndAttributes(End& end, IXMLDOMNode* node, cons
 void ReadKeyProperty(IXMLDOMNode* node, const EndMessages& messages, Keys& keys) {
     IXMLDOMNamedNodeMap attributes = node->get_attributes();
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
-        if (attribute->get_nodeName() != L"name")
+        if (attribute->get_nodeName() != L"name"sv)
             messages.ThrowUnrecognizedAttribute(attribute->get_nodeName(), L"\\Class\\Key\\Property");
         keys.emplace_back(attribute->get_text());
     }
@@ -72,10 +74,10 @@ void ReadKeyProperty(IXMLDOMNode* node, const EndMessages& messages, Keys& keys)
 // Appends the key properties of a "Class" element.
 void ReadKeys(IXMLDOMNode* classNode, const EndMessages& messages, Keys& keys) {
     for (IXMLDOMNode* key = classNode->get_firstChild(); key != nullptr; key = key->get_nextSibling()) {
-        if (key->get_baseName() != L"Key")
+        if (key->get_baseName() != L"Key"sv)
             continue;
         for (IXMLDOMNode* child = key->get_firstChild(); child != nullptr; child = child->get_nextSibling())
-            if (child->get_baseName() == L"Property")
+            if (child->get_baseName() == L"Property"sv)
                 ReadKeyProperty(child, messages, keys);
     }
 }
@@ -85,7 +87,7 @@ template <typename Use> bool ForEachClassName(IXMLDOMNode* classNode, const EndM
     bool found = false;
     IXMLDOMNamedNodeMap attributes = classNode->get_attributes();
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
-        if (attribute->get_nodeName() != L"class")
+        if (attribute->get_nodeName() != L"class"sv)
             messages.ThrowUnrecognizedAttribute(attribute->get_nodeName(), L"\\Class");
         use(std::wstring(attribute->get_text()));
         found = true;
@@ -100,9 +102,9 @@ template <typename End, typename ReadClass> void ReadEnd(End& end, const EndMess
     ReadEndAttributes(end, node, messages);
     for (IXMLDOMNode* child = node->get_firstChild(); child != nullptr; child = child->get_nextSibling()) {
         const std::wstring& name = child->get_baseName();
-        if (name == L"Class")
+        if (name == L"Class"sv)
             readClass(child);
-        else if (name == L"KaCustomAttributes")
+        else if (name == L"KaCustomAttributes"sv)
             end.ReadCustomAttributesFromXML(schema, document, child);
         else if (child->get_nodeType() != NODE_COMMENT)
             messages.ThrowUnrecognizedElement(name);
@@ -119,14 +121,14 @@ std::wstring RelativeClassName(CKaRelationshipClass* relationshipClass, const st
 void WriteClass(CKaRelationshipClass* relationshipClass, IXMLDOMDocument2* document, IXMLDOMNode* endElement,
                 const std::wstring& className, const Keys& keys, const wchar_t* keyText) {
     const std::wstring fullname = RelativeClassName(relationshipClass, className);
-    IXMLDOMElement* const classElement = CreateSchemaElement(document, endElement, L"Class");
-    CHECK_HRESULT(classElement->setAttribute(L"class", fullname),
+    IXMLDOMElement* const classElement = CreateSchemaElement(document, endElement, L"Class"sv);
+    CHECK_HRESULT(classElement->setAttribute(L"class"sv, fullname),
                   L"pClassElement->setAttribute (L\"class\", _variant_t(fullname.c_str()))");
     if (keys.empty())
         return;
-    IXMLDOMElement* const keyElement = CreateSchemaElement(document, classElement, L"Key");
+    IXMLDOMElement* const keyElement = CreateSchemaElement(document, classElement, L"Key"sv);
     for (const std::wstring& key : keys)
-        CHECK_HRESULT(CreateSchemaElement(document, keyElement, L"Property")->setAttribute(L"name", key), keyText);
+        CHECK_HRESULT(CreateSchemaElement(document, keyElement, L"Property"sv)->setAttribute(L"name"sv, key), keyText);
 }
 
 } // namespace
@@ -145,13 +147,13 @@ void CKaSource::ReadXMLClass(IXMLDOMNode* node) {
 
 int CKaSource::WriteXML(CKaRelationshipClass* relationshipClass, IXMLDOMDocument2* document,
                         IXMLDOMNode* parent) const {
-    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"Source");
-    CHECK_HRESULT(element->setAttribute(L"cardinality", m_cardinality),
+    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"Source"sv);
+    CHECK_HRESULT(element->setAttribute(L"cardinality"sv, m_cardinality),
                   L"pSourceElement->setAttribute (L\"cardinality\", _variant_t(m_cardinality.c_str()))");
-    CHECK_HRESULT(element->setAttribute(L"roleLabel", m_roleLabel),
+    CHECK_HRESULT(element->setAttribute(L"roleLabel"sv, m_roleLabel),
                   L"pSourceElement->setAttribute (L\"roleLabel\", _variant_t(m_roleLabel.c_str()))");
     CHECK_HRESULT(
-        element->setAttribute(L"polymorphic", TrueOrFalse(m_isPolymorphic)),
+        element->setAttribute(L"polymorphic"sv, TrueOrFalse(m_isPolymorphic)),
         L"pSourceElement->setAttribute (L\"polymorphic\", _variant_t(m_isPolymorphic ? KAXML_TRUE : KAXML_FALSE))");
     const int status = WriteCustomAttributesToXML(document, element);
     if (status != 0)
@@ -183,13 +185,13 @@ void CKaTargets::ReadXMLClass(IXMLDOMNode* node) {
 
 int CKaTargets::WriteXML(CKaRelationshipClass* relationshipClass, IXMLDOMDocument2* document,
                          IXMLDOMNode* parent) const {
-    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"Target");
-    CHECK_HRESULT(element->setAttribute(L"cardinality", m_cardinality),
+    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"Target"sv);
+    CHECK_HRESULT(element->setAttribute(L"cardinality"sv, m_cardinality),
                   L"pTargetElement->setAttribute (L\"cardinality\", _variant_t(m_cardinality.c_str()))");
-    CHECK_HRESULT(element->setAttribute(L"roleLabel", m_roleLabel),
+    CHECK_HRESULT(element->setAttribute(L"roleLabel"sv, m_roleLabel),
                   L"pTargetElement->setAttribute (L\"roleLabel\", _variant_t(m_roleLabel.c_str()))");
     CHECK_HRESULT(
-        element->setAttribute(L"polymorphic", TrueOrFalse(m_isPolymorphic)),
+        element->setAttribute(L"polymorphic"sv, TrueOrFalse(m_isPolymorphic)),
         L"pTargetElement->setAttribute (L\"polymorphic\", _variant_t(m_isPolymorphic ? KAXML_TRUE : KAXML_FALSE))");
     if (m_classNames.size() != m_keyVectors.size())
         throw KAXMLLogicError(Concat(L"Target of KaRelationshipClass '", relationshipClass->TypeName(),

@@ -10,6 +10,8 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 [[noreturn]] void ThrowIncompletePair(const CKaRelationshipClass& relationshipClass) {
@@ -27,18 +29,18 @@ int CKaRelationshipClass::ReadXMLContents(CKaSchema* schema, IXMLDOMDocument2* d
         return status;
     IXMLDOMNamedNodeMap attributes = node->get_attributes();
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
-        if (attribute->get_nodeName() == L"strength")
+        if (attribute->get_nodeName() == L"strength"sv)
             SetStrength(attribute->get_text().data());
-        else if (attribute->get_nodeName() == L"strengthDirection")
+        else if (attribute->get_nodeName() == L"strengthDirection"sv)
             SetStrengthDirection(attribute->get_text().data());
     }
     for (IXMLDOMNode* child = node->get_firstChild(); child != nullptr; child = child->get_nextSibling()) {
         const std::wstring& name = child->get_baseName();
-        if (name == L"KaRelationshipConstraints")
+        if (name == L"KaRelationshipConstraints"sv)
             ReadLegacyPairs(schema, document, child);
-        else if (name == L"Source")
+        else if (name == L"Source"sv)
             m_source.ReadXML(schema, document, child);
-        else if (name == L"Target")
+        else if (name == L"Target"sv)
             m_targets.ReadXML(schema, document, child);
     }
     return 0;
@@ -70,8 +72,8 @@ int CKaRelationshipConstraint::ReadXML(IXMLDOMDocument2* document, IXMLDOMNode* 
     int status = 0;
     for (IXMLDOMNode* child = node->get_firstChild(); child != nullptr && status == 0;
          child = child->get_nextSibling()) {
-        const bool isSource = child->get_baseName() == L"KaSourceConstraint";
-        if (!isSource && child->get_baseName() != L"KaTargetConstraint")
+        const bool isSource = child->get_baseName() == L"KaSourceConstraint"sv;
+        if (!isSource && child->get_baseName() != L"KaTargetConstraint"sv)
             continue;
         auto constraint = std::make_unique<CKaConstraint>();
         status = constraint->ReadXML(document, child);
@@ -84,18 +86,18 @@ int CKaConstraint::ReadXML(IXMLDOMDocument2*, IXMLDOMNode* node) {
     RequireNotNull(node, L"node", L"CKaConstraint::ReadXML");
     IXMLDOMNamedNodeMap attributes = node->get_attributes();
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
-        if (attribute->get_nodeName() == L"className")
+        if (attribute->get_nodeName() == L"className"sv)
             m_className = attribute->get_text();
-        else if (attribute->get_nodeName() == L"roleLabel")
+        else if (attribute->get_nodeName() == L"roleLabel"sv)
             m_roleLabel = attribute->get_text();
     }
     for (IXMLDOMNode* child = node->get_firstChild(); child != nullptr; child = child->get_nextSibling()) {
-        if (child->get_baseName() != L"KaRelationshipKey")
+        if (child->get_baseName() != L"KaRelationshipKey"sv)
             continue;
         std::wstring key;
         IXMLDOMNamedNodeMap keyAttributes = child->get_attributes();
         while (const IXMLDOMAttribute* const attribute = keyAttributes.nextNode())
-            if (attribute->get_nodeName() == L"propertyName")
+            if (attribute->get_nodeName() == L"propertyName"sv)
                 key = attribute->get_text();
         m_keyVector.push_back(std::move(key));
     }
@@ -105,29 +107,29 @@ int CKaConstraint::ReadXML(IXMLDOMDocument2*, IXMLDOMNode* node) {
 int CKaRelationshipClass::WriteXML(IXMLDOMDocument2* document, IXMLDOMNode* parent) {
     RequireNotNull(document, L"document", L"CKaRelationshipClass::WriteXML");
     RequireNotNull(parent, L"parent", L"CKaRelationshipClass::WriteXML");
-    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"KaRelationshipClass");
-    CHECK_HRESULT(element->setAttribute(L"typeName", GetTypeName()),
+    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"KaRelationshipClass"sv);
+    CHECK_HRESULT(element->setAttribute(L"typeName"sv, TypeName()),
                   L"pElement->setAttribute (L\"typeName\", _variant_t(GetTypeName()))");
     if (*GetDescription() != L'\0')
-        CHECK_HRESULT(element->setAttribute(L"description", GetDescription()),
+        CHECK_HRESULT(element->setAttribute(L"description"sv, GetDescription()),
                       L"pElement->setAttribute (L\"description\", _variant_t(GetDescription()))");
     if (*GetDisplayLabel() != L'\0')
-        CHECK_HRESULT(element->setAttribute(L"displayLabel", GetDisplayLabel()),
+        CHECK_HRESULT(element->setAttribute(L"displayLabel"sv, GetDisplayLabel()),
                       L"pElement->setAttribute (L\"displayLabel\", _variant_t(GetDisplayLabel()))");
     if (*GetBaseClass() != L'\0')
-        CHECK_HRESULT(element->setAttribute(L"baseClass", GetBaseClass()),
+        CHECK_HRESULT(element->setAttribute(L"baseClass"sv, GetBaseClass()),
                       L"pElement->setAttribute (L\"baseClass\", _variant_t(GetBaseClass()))");
     if (IsCustomAttributeClass() != 0)
-        CHECK_HRESULT(element->setAttribute(L"isCustomAttributeClass", KAXML_TRUE),
+        CHECK_HRESULT(element->setAttribute(L"isCustomAttributeClass"sv, KAXML_TRUE),
                       L"pElement->setAttribute (L\"isCustomAttributeClass\", _variant_t(KAXML_TRUE))");
     CHECK_HRESULT(
-        element->setAttribute(L"isDomainClass", TrueOrFalse(IsDomainClass())),
+        element->setAttribute(L"isDomainClass"sv, TrueOrFalse(IsDomainClass())),
         L"pElement->setAttribute (L\"isDomainClass\", _variant_t(IsDomainClass() ? KAXML_TRUE : KAXML_FALSE))");
     if (!m_strength.empty())
-        CHECK_HRESULT(element->setAttribute(L"strength", m_strength),
+        CHECK_HRESULT(element->setAttribute(L"strength"sv, m_strength),
                       L"pElement->setAttribute (L\"strength\", _variant_t(GetStrength()))");
     if (!m_strengthDirection.empty())
-        CHECK_HRESULT(element->setAttribute(L"strengthDirection", m_strengthDirection),
+        CHECK_HRESULT(element->setAttribute(L"strengthDirection"sv, m_strengthDirection),
                       L"pElement->setAttribute (L\"strengthDirection\", _variant_t(GetStrengthDirection()))");
     int status = WriteCustomAttributesToXML(document, element);
     for (unsigned int i = 0; status == 0 && i < GetKaPropertyCount(); ++i)

@@ -12,6 +12,8 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 constexpr int kForeignNamespace = 1000;
@@ -37,7 +39,7 @@ HRESULT CheckXmlLoad(const IXMLDOMDocument2& document) {
 
 IXMLDOMNode* FindRoot(const IXMLDOMDocument2& document) {
     IXMLDOMNode* node = document.get_firstChild();
-    while (node != nullptr && (node->get_nodeType() != NODE_ELEMENT || node->get_baseName() != L"KaSchema"))
+    while (node != nullptr && (node->get_nodeType() != NODE_ELEMENT || node->get_baseName() != L"KaSchema"sv))
         node = node->get_nextSibling();
     return node;
 }
@@ -74,13 +76,13 @@ int ReadChildren(CKaSchema& schema, IXMLDOMDocument2& document, IXMLDOMNode* roo
     for (IXMLDOMNode* child = root->get_firstChild(); child != nullptr && status == 0;
          child = child->get_nextSibling()) {
         const std::wstring& name = child->get_baseName();
-        if (name == L"KaCustomAttributes")
+        if (name == L"KaCustomAttributes"sv)
             status = schema.ReadCustomAttributesFromXML(&schema, &document, child);
-        else if (name == L"KaClass")
+        else if (name == L"KaClass"sv)
             Defer<CKaClass>(classes, schema, child);
-        else if (name == L"KaRelationshipClass")
+        else if (name == L"KaRelationshipClass"sv)
             Defer<CKaRelationshipClass>(classes, schema, child);
-        else if (name == L"KaSchemaReference")
+        else if (name == L"KaSchemaReference"sv)
             CKaSchemaReference().ReadXML(&schema, &document, child);
         else if (child->get_nodeType() != NODE_COMMENT)
             throw KAXMLFormatError(
@@ -141,15 +143,15 @@ void CKaSchema::ReadRootAttributes(IXMLDOMNode* root) {
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
         const std::wstring& name = attribute->get_nodeName();
         const wchar_t* const value = attribute->get_text().data();
-        if (name == L"schemaName")
+        if (name == L"schemaName"sv)
             SetSchemaName(value);
-        else if (name == L"nameSpacePrefix")
+        else if (name == L"nameSpacePrefix"sv)
             SetSchemaPrefix(value);
-        else if (name == L"description")
+        else if (name == L"description"sv)
             SetDescription(value);
-        else if (name == L"displayLabel")
+        else if (name == L"displayLabel"sv)
             SetDisplayLabel(value);
-        else if (name == L"version")
+        else if (name == L"version"sv)
             SetVersionString(value);
     }
     if (m_schemaName == kPlaceholder)

@@ -12,6 +12,8 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 // The directories for a schema's referenced files: the current one, then the environment's, then
@@ -50,14 +52,14 @@ void CKaSchemaReference::ReadAttributes(IXMLDOMNode* node) {
     while (const IXMLDOMAttribute* const attribute = attributes.nextNode()) {
         const std::wstring& name = attribute->get_nodeName();
         const std::wstring_view value = attribute->get_text();
-        if (name == L"name") {
+        if (name == L"name"sv) {
             m_schemaName = value;
-        } else if (name == L"version") {
+        } else if (name == L"version"sv) {
             std::uint32_t major = 0;
             std::uint32_t minor = 0;
             CKaSchema::ParseVersionString(value.data(), &major, &minor);
             CKaSchema::FormatVersionString(m_versionString, major, minor);
-        } else if (name == L"prefix") {
+        } else if (name == L"prefix"sv) {
             m_schemaPrefix = value;
         } else {
             throw KAXMLFormatError(
@@ -94,12 +96,12 @@ int CKaSchemaReference::ReadXML(CKaSchema* owner, IXMLDOMDocument2* document, IX
 int CKaSchemaReference::WriteXML(IXMLDOMDocument2* document, IXMLDOMNode* parent) const {
     RequireNotNull(document, L"document", L"CKaSchemaReference::WriteXML");
     RequireNotNull(parent, L"parent", L"CKaSchemaReference::WriteXML");
-    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"KaSchemaReference");
-    CHECK_HRESULT(element->setAttribute(L"name", m_schemaName),
+    IXMLDOMElement* const element = CreateSchemaElement(document, parent, L"KaSchemaReference"sv);
+    CHECK_HRESULT(element->setAttribute(L"name"sv, m_schemaName),
                   L"pSchemaRefElement->setAttribute (L\"name\", m_schemaName.c_str())");
-    CHECK_HRESULT(element->setAttribute(L"version", m_versionString),
+    CHECK_HRESULT(element->setAttribute(L"version"sv, m_versionString),
                   L"pSchemaRefElement->setAttribute (L\"version\", m_versionString.c_str())");
-    CHECK_HRESULT(element->setAttribute(L"prefix", m_schemaPrefix),
+    CHECK_HRESULT(element->setAttribute(L"prefix"sv, m_schemaPrefix),
                   L"pSchemaRefElement->setAttribute (L\"prefix\", m_schemaPrefix.c_str())");
     return 0;
 }

@@ -10,6 +10,8 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 // The root element with its attributes in the order of the format. Their texts are set afterwards,
@@ -25,13 +27,13 @@ std::wstring DocumentTemplate(const CKaSchema& schema) {
 }
 
 void FillTemplate(const CKaSchema& schema, IXMLDOMElement* root) {
-    root->setAttribute(L"schemaName", schema.GetSchemaName());
-    root->setAttribute(L"version", schema.VersionString());
+    root->setAttribute(L"schemaName"sv, schema.GetSchemaName());
+    root->setAttribute(L"version"sv, schema.VersionString());
     if (*schema.GetDisplayLabel() != L'\0')
-        root->setAttribute(L"displayLabel", schema.GetDisplayLabel());
-    root->setAttribute(L"nameSpacePrefix", schema.GetSchemaPrefix());
+        root->setAttribute(L"displayLabel"sv, schema.GetDisplayLabel());
+    root->setAttribute(L"nameSpacePrefix"sv, schema.GetSchemaPrefix());
     if (*schema.GetDescription() != L'\0')
-        root->setAttribute(L"description", schema.GetDescription());
+        root->setAttribute(L"description"sv, schema.GetDescription());
 }
 
 IXMLDOMElement* FindRoot(const IXMLDOMDocument2& document) {

@@ -16,6 +16,8 @@
 
 namespace KAXML {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 std::wstring ItemName(const CKaClass& kaClass) {
@@ -91,7 +93,7 @@ CKaClass* FindQuietly(const CKaSchema& schema, std::wstring_view fullName, bool 
     return searched->FindKaClass(name.c_str(), KA_ANY_CLASS_TYPE);
 }
 
-void CheckName(const std::wstring& item, const wchar_t* name, const wchar_t* kind) {
+void CheckName(const std::wstring& item, const wchar_t* name, std::wstring_view kind) {
     if (NameIsValid(name, 0, kind) == 0)
         WarnOfWrite(item, L"its name is not valid, so the file cannot be read");
 }
@@ -99,7 +101,7 @@ void CheckName(const std::wstring& item, const wchar_t* name, const wchar_t* kin
 void CheckBounds(const std::wstring& item, const CKaProperty& property) {
     const std::wstring_view minOccurs = property.GetMinOccurs();
     const std::wstring_view maxOccurs = property.GetMaxOccurs();
-    const auto makesArray = [](std::wstring_view bound) { return !bound.empty() && bound != L"1"; };
+    const auto makesArray = [](std::wstring_view bound) { return !bound.empty() && bound != L"1"sv; };
     const bool readsAsArray = makesArray(minOccurs) || makesArray(maxOccurs);
     if (minOccurs.empty() && !maxOccurs.empty())
         WarnOfWrite(item, L"it has an upper bound only and is read back as an array with minOccurs '0'");
@@ -265,7 +267,7 @@ void CheckOwnNames(const CKaSchema& schema, const std::wstring& item) {
     CheckName(item, schema.GetSchemaName(), kSchemaNameKind);
     CheckName(L"Prefix of " + item, schema.GetSchemaPrefix(), kSchemaNameKind);
     for (const std::wstring_view name : {schema.GetSchemaName(), schema.GetSchemaPrefix()})
-        if (name == L"temporary")
+        if (name == L"temporary"sv)
             WarnOfWrite(item, L"'temporary' counts as a missing name or prefix, so the file cannot be read");
 }
 
