@@ -3,6 +3,7 @@
 #include <kaxml/kaschemaxml/instance/recycled_values.h>
 
 #include <memory>
+#include <set>
 
 namespace KAXML::Test {
 namespace {
@@ -32,26 +33,75 @@ TEST_F(RecycledValuesTest, ComeBackLastInFirstOutAndClean) {
     }
 }
 
-TEST_F(RecycledValuesTest, GoThroughAStock) {
-    std::vector<CKaValue*> values;
-    for (int i = 0; i < 6; ++i)
-        CKaSchema::RecycleKaValue(values.emplace_back(new CKaValue(head, L"1")));
-    std::vector<std::unique_ptr<CKaValue>> got;
-    {
-        ValueStock stock;
-        ExpectThrows<KAXMLRuntimeError>([&] { stock.Get(nullptr); },
-                                        L"Unknown exception in CKaSchema::GetRecycledKaValue");
-        for (std::size_t i = 1; i <= 3; ++i) {
-            EXPECT_EQ(got.emplace_back(stock.Get(head)).get(), values[values.size() - i]);
-            EXPECT_TRUE(got.back()->IsNull() && got.back()->Value().empty());
+// A class of a client's, which looks at its values when it goes.
+struct Leaving : CKaInstance {
+    explicit Leaving(CKaClass* kaClass, std::size_t& left) : CKaInstance(kaClass), m_left(left) {}
+    ~Leaving() override { m_left = GetKaValueCount(); }
+    std::size_t& m_left;
+};
+
+struct StockTest : RecycledValuesTest {
+    void Fill(CKaInstance& instance, std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i) {
+            std::unique_ptr<CKaValue> value = stock.Get(head);
+            EXPECT_TRUE(value->IsNull() && value->Value().empty());
+            value->SetValue(L"1");
+            filled.push_back(value.get());
+            instance.AddKaValue(value.release());
         }
-        CKaSchema::RecycleKaValue(got[0].release());
-        stock.Refill(); // as many as were used: one was left, two are taken
-        EXPECT_EQ(std::unique_ptr<CKaValue>(CKaSchema::GetRecycledKaValue(head)).get(), values[0]);
-        EXPECT_EQ(std::unique_ptr<CKaValue>(stock.Get(head)).get(), values[5]);
     }
-    for (const std::size_t expected : {1U, 2U})
-        EXPECT_EQ(std::unique_ptr<CKaValue>(CKaSchema::GetRecycledKaValue(head)).get(), values[expected]);
+
+    ValueStock stock;
+    std::vector<CKaValue*> filled;
+};
+
+TEST_F(StockTest, TakesFromThePoolAndGivesBackInTheEnd) {
+    std::vector<CKaValue*> values;
+    for (int i = 0; i < 3; ++i)
+        CKaSchema::RecycleKaValue(values.emplace_back(new CKaValue(head, L"1")));
+    {
+        ValueStock other;
+        ExpectThrows<KAXMLRuntimeError>([&] { other.Get(nullptr); },
+                                        L"Unknown exception in CKaSchema::GetRecycledKaValue");
+        const std::unique_ptr<CKaValue> got = other.Get(head);
+        EXPECT_EQ(got.get(), values[2]);
+        CKaInstance none(pump);
+        other.TakeBack(none); // one more may be needed
+        EXPECT_EQ(std::unique_ptr<CKaValue>(other.Get(head)).get(), values[1]);
+        CKaSchema::RecycleKaValue(other.Get(head).release());
+    }
+    EXPECT_EQ(std::unique_ptr<CKaValue>(CKaSchema::GetRecycledKaValue(head)).get(), values[0]);
+}
+
+TEST_F(StockTest, KeepsTheValuesOfFinishedInstancesForTheNext) {
+    std::size_t left = 0;
+    for (const std::size_t count : {3U, 1U, 3U}) {
+        CKaInstance instance(pump);
+        Fill(instance, count);
+        stock.TakeBack(instance);
+        EXPECT_EQ(instance.GetKaValueCount(), 0U);
+    }
+    EXPECT_EQ(std::set<CKaValue*>(filled.begin(), filled.end()).size(), 3U) << "no more were made than one needed";
+    {
+        Leaving instance(pump, left);
+        Fill(instance, 2);
+        stock.TakeBack(instance);
+    }
+    EXPECT_EQ(left, 2U);
+    EXPECT_EQ(std::unique_ptr<CKaValue>(CKaSchema::GetRecycledKaValue(head)).get(), filled.back());
+}
+
+TEST_F(StockTest, GivesThePoolWhatItNeedNotHold) {
+    CKaInstance large(pump);
+    for (int i = 0; i < 1500; ++i) // of the client's
+        large.AddKaValue(new CKaValue(head, L"1"));
+    Fill(large, 2);
+    stock.TakeBack(large);
+    EXPECT_EQ(std::unique_ptr<CKaValue>(CKaSchema::GetRecycledKaValue(head)).get(), filled.back());
+    CKaInstance larger(pump);
+    Fill(larger, 1500); // more than a stock holds
+    stock.TakeBack(larger);
+    EXPECT_EQ(larger.GetKaValueCount(), 1500U) << "these go to the pool with the instance";
 }
 
 CKaProperty* s_property;

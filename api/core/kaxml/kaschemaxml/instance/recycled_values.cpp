@@ -13,6 +13,7 @@
 #include <iterator>
 #include <memory>
 #include <new>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -129,10 +130,10 @@ void RecycledValues::Recycle(CKaValue* value) {
     value->m_isHeld = true;
 }
 
-// Under the lock, which an instance takes once for all that it holds: a list of which nothing is left
-// is emptied, so that its end asks for no lock. When the call throws, what was not taken over is still
-// in the lists.
-void RecycledValues::TakeOverAll(std::vector<std::unique_ptr<CKaValue>>& pooled,
+// An instance takes the pool's lock once for all that it holds: a list of which nothing is left is
+// emptied, so that its end asks for no lock. When the call throws, what was not taken over is still in
+// the lists.
+void RecycledValues::TakeOverAll(std::vector<std::unique_ptr<CKaValue>>& taken,
                                  std::vector<std::unique_ptr<KaValueBase>>& values) {
     bool isAnyLeft = false;
     for (std::unique_ptr<KaValueBase>& value : values) {
@@ -140,20 +141,26 @@ void RecycledValues::TakeOverAll(std::vector<std::unique_ptr<CKaValue>>& pooled,
             // The pool would hold the room of every large text that ever passed through an instance.
             if (primitive->m_value.capacity() > kLargestKept)
                 std::wstring().swap(primitive->m_value);
-            pooled.emplace_back(primitive);
+            taken.emplace_back(primitive);
             static_cast<void>(value.release());
             continue;
         }
         isAnyLeft = isAnyLeft || value != nullptr;
         if (auto* const array = dynamic_cast<KaArrayValue*>(value.get())) {
-            TakeOverAll(pooled, array->m_members);
+            TakeOverAll(taken, array->m_members);
         } else if (auto* const structure = dynamic_cast<KaStructValue*>(value.get())) {
             if (structure->m_pInstance)
-                TakeOverAll(pooled, structure->m_pInstance->m_values);
+                TakeOverAll(taken, structure->m_pInstance->m_values);
         }
     }
     if (!isAnyLeft)
         values.clear();
+}
+
+// Takes over what an instance holds; the rest goes.
+void RecycledValues::Strip(std::vector<std::unique_ptr<CKaValue>>& taken, CKaInstance& instance) {
+    TakeOverAll(taken, instance.m_values);
+    instance.m_values.clear();
 }
 
 void RecycledValues::DropAll(std::vector<std::unique_ptr<KaValueBase>>& values) noexcept {
@@ -183,7 +190,7 @@ std::unique_ptr<CKaValue> ValueStock::Get(CKaProperty* property) {
     return Reported(
         [this, property] {
             if (m_values.empty())
-                RecycledValues::Take(m_values, std::clamp(m_used, std::size_t{1}, kMost));
+                RecycledValues::Take(m_values, std::clamp(std::max(m_used, m_wanted), std::size_t{1}, kMost));
             if (m_values.empty())
                 m_values.push_back(std::make_unique<CKaValue>(property, nullptr));
             RecycledValues::Renew(*m_values.back(), property);
@@ -195,14 +202,26 @@ std::unique_ptr<CKaValue> ValueStock::Get(CKaProperty* property) {
         L"GetRecycledKaValue");
 }
 
-void ValueStock::Refill() noexcept {
-    const std::size_t wanted = std::min(std::exchange(m_used, 0), kMost);
-    if (m_values.size() >= wanted)
-        return;
+void ValueStock::TakeBack(CKaInstance& instance) noexcept {
+    m_wanted = std::min(std::max(m_wanted, m_used), kMost);
     try {
-        RecycledValues::Take(m_values, wanted - m_values.size());
-    } catch (...) { // NOLINT(bugprone-empty-catch): the next Get tries again
+        const std::type_info& type = typeid(instance);
+        if (m_used <= kMost && (type == typeid(CKaInstance) || type == typeid(KaRelationshipInstance)))
+            RecycledValues::Strip(m_values, instance);
+        m_used = 0;
+        if (m_values.size() > m_wanted)
+            GiveExcess();
+    } catch (...) { // NOLINT(bugprone-empty-catch): no memory for a list, so the values take the usual way
+        m_used = 0;
     }
+}
+
+void ValueStock::GiveExcess() {
+    const auto first = m_values.begin() + static_cast<std::ptrdiff_t>(m_wanted);
+    std::vector<std::unique_ptr<CKaValue>> excess(std::make_move_iterator(first),
+                                                  std::make_move_iterator(m_values.end()));
+    m_values.resize(m_wanted);
+    RecycledValues::PutBack(excess);
 }
 
 CKaValue* CKaSchema::GetRecycledKaValue(CKaProperty* property) {

@@ -6,6 +6,7 @@
 
 namespace KAXML {
 
+class CKaInstance;
 class CKaProperty;
 class CKaValue;
 class KaValueBase;
@@ -32,12 +33,14 @@ class RecycledValues {
     static void Take(std::vector<std::unique_ptr<CKaValue>>& values, std::size_t count);
     static void PutBack(std::vector<std::unique_ptr<CKaValue>>& values) noexcept;
     static void Renew(CKaValue& value, CKaProperty* property);
-    static void TakeOverAll(std::vector<std::unique_ptr<CKaValue>>& pooled,
+    static void Strip(std::vector<std::unique_ptr<CKaValue>>& taken, CKaInstance& instance);
+    static void TakeOverAll(std::vector<std::unique_ptr<CKaValue>>& taken,
                             std::vector<std::unique_ptr<KaValueBase>>& values);
 };
 
-/// Values that a parse takes from the pool ahead of need, so that one lock serves many of them. The last
-/// one taken is the first handed out, and what is left goes back in the end.
+/// The values that a parse fills its instances with. They come from the pool and go back to it in the end;
+/// until then those of a finished instance serve the next one without a lock. The last one taken is the
+/// first handed out.
 class ValueStock {
   public:
     ValueStock();
@@ -47,16 +50,19 @@ class ValueStock {
 
     /// What CKaSchema::GetRecycledKaValue would return, and throws as that.
     std::unique_ptr<CKaValue> Get(CKaProperty* property);
-    /// To be called when the values of an instance have gone back to the pool: takes as many as the
-    /// instance needed. Then they are still in this processor's cache. Does nothing when there is no
-    /// memory for the list.
-    void Refill() noexcept;
+    /// To be called when a parse is done with an instance: takes its values back, and then as many more
+    /// from the pool as an instance of the parse may need, or gives so many to it. An instance of a
+    /// class of the client's, which may look at its values when it goes, keeps them.
+    void TakeBack(CKaInstance& instance) noexcept;
 
   private:
     static constexpr std::size_t kMost = 1024;
 
+    void GiveExcess();
+
     std::vector<std::unique_ptr<CKaValue>> m_values;
-    std::size_t m_used = 0; // since the last Refill
+    std::size_t m_used = 0;   // for this instance
+    std::size_t m_wanted = 0; // for any instance so far, up to the limit
 };
 
 } // namespace KAXML

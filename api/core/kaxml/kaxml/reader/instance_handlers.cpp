@@ -138,8 +138,8 @@ END_ACTION InstanceHandler::EndElement(const XmlName& name, std::unique_ptr<Stat
         return POP_UNHANDLED;
     const int result = HandOver();
     GetSaxHandler().IncrementImportedCount();
+    GetSaxHandler().Stock().TakeBack(*m_pKaInstance);
     m_pKaInstance.reset();
-    GetSaxHandler().Stock().Refill();
     m_isRelationship = 0;
     Reset();
     if (result != 0)
