@@ -5,7 +5,8 @@
 #include <kaxml/platform/wide_text.h>
 #include <kaxml/platform/xml_name.h>
 
-#include <algorithm>
+#include <array>
+#include <cstdint>
 
 namespace KAXML {
 
@@ -39,8 +40,18 @@ std::string_view Escape(char32_t c, Place place) {
     }
 }
 
-// Whether a character is written as it stands, whatever the place.
-bool IsPlain(wchar_t c) { return c >= L' ' && c < 0x7F && c != L'&' && c != L'<' && c != L'>' && c != L'"'; }
+// The characters that are written as they stand, whatever the place.
+constexpr std::array<bool, 128> kPlain = [] {
+    std::array<bool, 128> plain{};
+    for (std::size_t c = ' '; c < 0x7F; ++c)
+        plain[c] = c != '&' && c != '<' && c != '>' && c != '"';
+    return plain;
+}();
+
+bool IsPlain(wchar_t c) {
+    const auto code = static_cast<std::size_t>(c);
+    return code < kPlain.size() && kPlain[code];
+}
 
 bool IsCharacterData(const IXMLDOMNode& node) {
     return node.get_nodeType() == NODE_TEXT || node.get_nodeType() == NODE_CDATA_SECTION;
@@ -227,24 +238,24 @@ class Writer {
             m_out.replace(at, 3, split);
     }
 
-    // Names were checked when they were given.
+    // Names were checked when they were given. A tree keeps each once, so its place tells it.
     void AppendName(const std::wstring& name) {
-        const wchar_t* p = name.data();
-        const wchar_t* const end = p + name.size();
-        while (p != end) {
-            p += AppendAscii(m_out, p, static_cast<std::size_t>(end - p));
-            if (p != end)
-                AppendUtf8(m_out, NextCodePoint(p, end));
-        }
+        Utf8Name& known = m_names[reinterpret_cast<std::uintptr_t>(&name) / sizeof(std::wstring) % m_names.size()];
+        if (known.name != &name)
+            known = {&name, Utf8FromWide(name)};
+        m_out += known.utf8;
     }
 
     void AppendCharacters(std::wstring_view text, Place place, const IXMLDOMNode& node, const std::wstring* attribute) {
         const wchar_t* p = text.data();
         const wchar_t* const end = p + text.size();
         while (p != end) {
-            const wchar_t* const plainEnd = std::find_if_not(p, end, IsPlain);
-            if (p != plainEnd) {
-                p += AppendAscii(m_out, p, static_cast<std::size_t>(plainEnd - p));
+            std::array<char, 256> plain;
+            std::size_t count = 0;
+            while (p != end && count < plain.size() && IsPlain(*p))
+                plain[count++] = static_cast<char>(*p++);
+            if (count > 0) {
+                m_out.append(plain.data(), count);
                 continue;
             }
             const char32_t c = NextCodePoint(p, end);
@@ -267,7 +278,13 @@ class Writer {
         throw _com_error(E_INVALIDARG, path + L": XML cannot hold the character " + CodePointName(c));
     }
 
+    struct Utf8Name {
+        const std::wstring* name = nullptr;
+        std::string utf8;
+    };
+
     const std::wstring kDefaultDeclaration = L"xmlns";
+    std::array<Utf8Name, 64> m_names; // the last ones written
     std::string m_out;
     std::size_t m_level = 0;
     bool m_isLaidOut = true;

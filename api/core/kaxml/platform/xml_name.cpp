@@ -28,8 +28,8 @@ template <std::size_t Count> bool Contains(const Range (&ranges)[Count], char32_
                        [c](const Range& range) { return c >= range.first && c <= range.last; });
 }
 
-// What most names are made of, and not the first of the ranges.
-constexpr bool IsAsciiLetter(char32_t c) noexcept { return (c | 0x20) >= U'a' && (c | 0x20) <= U'z'; }
+// What most names are made of.
+constexpr bool IsAsciiLetter(wchar_t c) noexcept { return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z'); }
 
 } // namespace
 
@@ -38,9 +38,9 @@ bool IsNCName(std::wstring_view name) noexcept {
     const wchar_t* const end = p + name.size();
     if (p == end || !Contains(kNameStart, NextCodePoint(p, end)))
         return false;
-    while (p != end) {
+    while ((p = std::find_if_not(p, end, [](wchar_t c) { return IsAsciiLetter(c); })) != end) {
         const char32_t c = NextCodePoint(p, end);
-        if (!IsAsciiLetter(c) && !Contains(kNameStart, c) && !Contains(kNameRest, c))
+        if (!Contains(kNameStart, c) && !Contains(kNameRest, c))
             return false;
     }
     return true;
