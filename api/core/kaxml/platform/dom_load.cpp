@@ -10,9 +10,9 @@ namespace KAXML {
 
 namespace {
 
-bool IsWhiteSpace(const std::wstring& text) noexcept {
-    return std::all_of(text.begin(), text.end(),
-                       [](wchar_t c) { return c == L' ' || c == L'\n' || c == L'\t' || c == L'\r'; });
+bool IsWhiteSpace(std::string_view utf8) noexcept {
+    return std::all_of(utf8.begin(), utf8.end(),
+                       [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; });
 }
 
 } // namespace
@@ -38,7 +38,7 @@ class IXMLDOMDocument2::TreeBuilder final : public XmlEvents {
         --m_depth;
     }
 
-    void Text(std::string_view utf8) override { AppendUtf8AsWide(m_text, utf8); }
+    void Text(std::string_view utf8) override { m_text += utf8; }
 
     void CDataSection(std::string_view utf8) override { Append(NODE_CDATA_SECTION, FixedNames::CDataSection(), utf8); }
 
@@ -92,14 +92,14 @@ class IXMLDOMDocument2::TreeBuilder final : public XmlEvents {
 
     void FlushText() {
         if (!IsWhiteSpace(m_text))
-            m_current->appendChild(m_document.MakeNode(NODE_TEXT, &FixedNames::Text(), m_text));
+            m_current->appendChild(m_document.MakeNode(NODE_TEXT, &FixedNames::Text(), Wide(m_text)));
         m_text.clear();
     }
 
     IXMLDOMDocument2& m_document;
     IXMLDOMNode* m_current;
     int m_depth = 0;
-    std::wstring m_text;
+    std::string m_text; // what is nothing but white space is not kept, and need not be made wide
     std::wstring m_wide;
     std::vector<const XmlName*> m_ownNames; // by the numbers of the parser's
 };
