@@ -1,8 +1,11 @@
 #include "collector.h"
 
+#include "child_process.h"
+
 #include <algorithm>
 #include <iostream>
-#include <set>
+#include <limits>
+#include <sstream>
 #include <stdexcept>
 
 namespace bench {
@@ -57,13 +60,43 @@ void Register(const Measurement& measurement, const Procedure& procedure) {
         registered->UseRealTime()->MinTime(0.2);
 }
 
-void RunRegistered(Collector& collector, const std::string& group) {
-    std::cerr << "measuring " << group << " ...\n";
+std::string GroupOf(const Measurement& measurement) { return measurement.name.substr(0, measurement.name.find('/')); }
+
+using Group = std::vector<Measurement>;
+
+Medians MeasureGroup(const Group& group, const Procedure& procedure) {
+    for (const Measurement& measurement : group)
+        Register(measurement, procedure);
+    Collector collector(procedure.usesCpuTime);
     benchmark::RunSpecifiedBenchmarks(&collector);
-    benchmark::ClearRegisteredBenchmarks();
+    return collector.Result();
 }
 
-std::string GroupOf(const Measurement& measurement) { return measurement.name.substr(0, measurement.name.find('/')); }
+std::string Write(const Medians& medians) {
+    std::ostringstream text;
+    text.precision(std::numeric_limits<double>::max_digits10);
+    for (const auto& [name, value] : medians)
+        text << name << '\n' << value << '\n';
+    return text.str();
+}
+
+Medians Read(const std::string& text) {
+    Medians medians;
+    std::istringstream lines(text);
+    for (std::string name, value; std::getline(lines, name) && std::getline(lines, value);)
+        medians[name] = std::stod(value);
+    return medians;
+}
+
+std::vector<Group> GroupsOf(const std::vector<Measurement>& measurements) {
+    std::vector<Group> groups;
+    for (const Measurement& measurement : measurements) {
+        if (groups.empty() || GroupOf(groups.back().front()) != GroupOf(measurement))
+            groups.emplace_back();
+        groups.back().push_back(measurement);
+    }
+    return groups;
+}
 
 } // namespace
 
@@ -74,14 +107,12 @@ Medians Measure(const std::vector<Measurement>& measurements, const Procedure& p
     int argumentCount = 2;
     benchmark::Initialize(&argumentCount, arguments);
 
-    Collector collector(procedure.usesCpuTime);
-    for (auto first = measurements.begin(); first != measurements.end();) {
-        const std::string group = GroupOf(*first);
-        for (; first != measurements.end() && GroupOf(*first) == group; ++first)
-            Register(*first, procedure);
-        RunRegistered(collector, group);
+    Medians medians;
+    for (const Group& group : GroupsOf(measurements)) {
+        std::cerr << "measuring " << GroupOf(group.front()) << " ...\n";
+        medians.merge(Read(RunInCopy([&] { return Write(MeasureGroup(group, procedure)); })));
     }
-    return collector.Result();
+    return medians;
 }
 
 } // namespace bench

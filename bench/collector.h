@@ -18,7 +18,8 @@ struct Procedure {
 };
 
 /// Runs measurements with Google Benchmark: those of one group by turns in random order, one group after
-/// the other. @throws std::runtime_error when one fails.
+/// the other, each in a process of its own, because the memory that one leaves behind changes the times
+/// of the next. @throws std::runtime_error when one fails.
 Medians Measure(const std::vector<Measurement>& measurements, const Procedure& procedure);
 
 } // namespace bench

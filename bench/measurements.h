@@ -26,8 +26,7 @@ inline constexpr const char* kValue = "value";
 /// Everything that can be measured. The inputs must outlive the list.
 std::vector<Measurement> AllMeasurements(Inputs& inputs);
 
-/// What the names of a schema's measurements begin with. Memory that reading a large one left behind makes
-/// reading a small one slower: each size has its own turn, but for two that are compared.
+/// What the names of a schema's measurements begin with. Each size is a group, but for two that are compared.
 std::string LargeSchemaName(std::size_t classCount);
 inline constexpr std::size_t kSchemaSizes[] = {500, 1000, 2000, 4000};
 inline constexpr const char* kReferencesName = "referencing schema/";

@@ -1,5 +1,6 @@
 #include "memory_probe.h"
 
+#include "child_process.h"
 #include "client.h"
 #include "pugixml_client.h"
 #include "raw_parser.h"
@@ -10,7 +11,6 @@
 #include <spawn.h>
 #include <stdexcept>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace bench {
@@ -23,14 +23,6 @@ double PeakMemory() {
         if (line.rfind("VmHWM:", 0) == 0)
             return std::stod(line.substr(6)) * 1024;
     throw std::runtime_error("this system does not tell the peak of a process's memory");
-}
-
-std::string ReadAll(int descriptor) {
-    std::string text;
-    char buffer[256];
-    for (ssize_t count = 0; (count = read(descriptor, buffer, sizeof buffer)) > 0;)
-        text.append(buffer, static_cast<std::size_t>(count));
-    return text;
 }
 
 // Starts this program again with its output going into the pipe.
@@ -56,12 +48,7 @@ double MeasurePeakMemory(const Probe& probe) {
     if (::pipe(pipe) != 0)
         throw std::runtime_error("cannot make a pipe");
     const pid_t child = Spawn(arguments, pipe);
-    const std::string output = ReadAll(pipe[0]);
-    close(pipe[0]);
-    int status = -1;
-    if (child < 0 || waitpid(child, &status, 0) != child || status != 0)
-        throw std::runtime_error("the process that measures memory failed");
-    return std::stod(output);
+    return std::stod(OutputOf(child, pipe[0]));
 }
 
 int RunProbe(const Probe& probe) {
