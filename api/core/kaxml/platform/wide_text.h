@@ -99,6 +99,7 @@ std::size_t AppendAscii(std::basic_string<To>& text, const From* from, std::size
 /// Appends UTF-8 text as wide text. Malformed bytes become U+FFFD, one for each byte that starts
 /// no character. Text that is plain ASCII is copied on a short path.
 template <typename Char> void AppendUtf8AsWide(std::basic_string<Char>& wide, std::string_view utf8) {
+    wide.reserve(wide.size() + utf8.size()); // a long text is not moved while it grows
     const auto* p = reinterpret_cast<const unsigned char*>(utf8.data());
     const auto* const end = p + utf8.size();
     while (p != end) {
