@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace KAXML::Test {
 namespace {
 
@@ -33,6 +36,26 @@ TEST(KnownProperties, ForgetsWhatIsNoLongerThere) {
     EXPECT_EQ(find(*pump), tag);
     base->RemoveAllKaProperties();
     EXPECT_EQ(find(*pump), nullptr);
+}
+
+TEST(KnownProperties, KnowsManyOnceEachWasFoundAgain) {
+    CKaSchema schema(L"Plant", L"pl", nullptr);
+    CKaClass* const pump = schema.CreateKaClass(L"Pump", L"", KA_DOMAIN_CLASS);
+    std::vector<XmlName> names;
+    for (std::uint32_t i = 0; i < 1000; ++i) {
+        const std::wstring name = L"P" + std::to_wstring(i);
+        pump->AddKaProperty(name, L"string", L"");
+        names.push_back({L"", name, name, i});
+    }
+    KnownProperties known;
+    const KnownClass& pumps = known.Use(*pump);
+    for (int round = 0; round < 4; ++round) // the room for them grows
+        for (const XmlName& name : names)
+            if (known.Find(pumps, name).property == nullptr) {
+                EXPECT_EQ(known.Search(pumps, name).number, name.number);
+            }
+    for (const XmlName& name : names)
+        EXPECT_EQ(known.Find(pumps, name).property, pump->FindProperty(name.localName.c_str()));
 }
 
 } // namespace

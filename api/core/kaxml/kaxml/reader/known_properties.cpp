@@ -5,8 +5,6 @@
 namespace KAXML {
 
 KnownClass& KnownProperties::Use(const CKaClass& kaClass) {
-    if (m_places.empty())
-        m_places.resize(kSlots);
     const auto [entry, isNew] = m_classes.try_emplace(&kaClass);
     KnownClass& known = entry->second;
     if (isNew)
@@ -25,10 +23,19 @@ KnownProperty KnownProperties::Search(const KnownClass& known, const XmlName& na
     CKaProperty* const property = known.chain.front()->FindProperty(name.localName.c_str());
     if (property == nullptr)
         return {};
+    MakeRoom();
     Place& place = m_places[SlotOf(known, name)];
     place = PlaceOf(known, property);
     place.name = &name;
     return {property, place.number};
+}
+
+// When half of the slots may be taken there are more, and what was found is found again.
+void KnownProperties::MakeRoom() {
+    if (++m_found <= m_places.size() / 2 || m_places.size() == kMostSlots)
+        return;
+    m_places.assign(4 * m_places.size(), {});
+    m_found = 1;
 }
 
 KnownProperties::Place KnownProperties::PlaceOf(const KnownClass& known, const CKaProperty* property) {

@@ -62,16 +62,21 @@ class KnownProperties {
         std::uint32_t number = 0;
     };
 
-    static constexpr std::size_t kSlots = 4096;
+    // Powers of two. A small document needs few.
+    static constexpr std::size_t kFirstSlots = 64;
+    static constexpr std::size_t kMostSlots = 4096;
 
     // The names of one class stand side by side, those of different classes apart.
-    static std::size_t SlotOf(const KnownClass& known, const XmlName& name) noexcept {
-        return (std::size_t{known.number} * 179 + name.number) % kSlots;
+    std::size_t SlotOf(const KnownClass& known, const XmlName& name) const noexcept {
+        return (std::size_t{known.number} * 179 + name.number) & (m_places.size() - 1);
     }
+    void MakeRoom();
     static Place PlaceOf(const KnownClass& known, const CKaProperty* property);
 
     std::unordered_map<const CKaClass*, KnownClass> m_classes;
-    std::vector<Place> m_places; // each name and class has one slot; the last one found holds it
+    // Each name and class has one slot; the last one found holds it.
+    std::vector<Place> m_places = std::vector<Place>(kFirstSlots);
+    std::size_t m_found = 0; // since the list has this length
 };
 
 } // namespace KAXML
