@@ -1,6 +1,7 @@
 #include "platform/test_support.h"
 #include "support/expectations.h"
 
+#include <chrono>
 #include <latch>
 #include <map>
 #include <thread>
@@ -64,7 +65,7 @@ TEST(Threads, SeeNothingOfEachOther) {
     std::map<std::wstring, std::vector<std::wstring>> seen{{L"Ash", {}}, {L"Birch", {}}, {L"Fir", {}}, {L"Oak", {}}};
     SetLoggingCallback(&Note<0>);
     const std::jthread switching([other = LoggingCallback{&Note<1>}](const std::stop_token& end) mutable {
-        for (; !end.stop_requested(); std::this_thread::yield())
+        for (; !end.stop_requested(); std::this_thread::sleep_for(std::chrono::microseconds(20)))
             other = SetLoggingCallback(other);
     });
     std::latch start(4); // the first calls of all meet the library as it was loaded
