@@ -10,23 +10,27 @@
 namespace bench {
 namespace {
 
+using Find = std::function<InstanceInput()>;
 using Parse = std::function<void(Client&, const InstanceInput&)>;
 
-void AddParse(std::vector<Measurement>& list, Inputs& inputs, const std::string& name, Kind kind, Parse parse) {
-    list.push_back({name, Unit::seconds, [&inputs, kind, parse](benchmark::State& state) {
-                        const InstanceInput& input = inputs.Document(kind);
+void AddParse(std::vector<Measurement>& list, const std::string& name, const Find& find, const Parse& parse) {
+    list.push_back({name, Unit::seconds, [find, parse](benchmark::State& state) {
+                        const InstanceInput input = find();
                         Client client(input.schema);
                         for (auto _ : state)
                             parse(client, input);
                     }});
 }
 
-void AddParses(std::vector<Measurement>& list, Inputs& inputs, const std::string& name, Kind kind) {
-    AddParse(list, inputs, name + "/ours", kind,
+void AddParses(std::vector<Measurement>& list, const std::string& name, const Find& find) {
+    AddParse(list, name + "/ours", find,
              [](Client& client, const InstanceInput& input) { client.ParseFile(input.document); });
-    AddParse(list, inputs, name + "/raw", kind, [](Client&, const InstanceInput& input) { RawParse(input.document); });
-    AddParse(list, inputs, name + "/pugixml", kind,
-             [](Client&, const InstanceInput& input) { PugixmlParse(input.document); });
+    AddParse(list, name + "/raw", find, [](Client&, const InstanceInput& input) { RawParse(input.document); });
+    AddParse(list, name + "/pugixml", find, [](Client&, const InstanceInput& input) { PugixmlParse(input.document); });
+}
+
+void AddParses(std::vector<Measurement>& list, Inputs& inputs, const std::string& name, Kind kind) {
+    AddParses(list, name, [&inputs, kind] { return inputs.Document(kind); });
 }
 
 void AddWideText(std::vector<Measurement>& list, Inputs& inputs) {
@@ -82,6 +86,7 @@ std::vector<Measurement> AllMeasurements(Inputs& inputs) {
     AddParses(list, inputs, "arrays", Kind::arrays);
     AddParses(list, inputs, "long", Kind::longValues);
     AddParses(list, inputs, "many", Kind::many);
+    AddParses(list, "small", [&inputs] { return inputs.Special("small", Kind::plant, Amount{1000}); });
     AddThreads(list, inputs, "one", ParseAtOnce, 1);
     AddThreads(list, inputs, "two", ParseAtOnce, 2);
     AddThreads(list, inputs, "raw one", RawParseAtOnce, 1);
