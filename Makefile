@@ -29,7 +29,7 @@ help:
 	@echo "make fuzz           runs each of 5 fuzz targets for MINUTES=1 or more         Clang         6.5 min"
 	@echo "make fuzz-replay    runs them on their seeds and past findings only           Clang         2.5 min"
 	@echo "make coverage       says which lines and branches the tests reach             gcovr         8 min"
-	@echo "make bench          measures against libxml2 and pugixml, on an idle system   2 GB of room  5 min"
+	@echo "make bench          measures against libxml2 and pugixml, on an idle system   2 GB of room  4 min"
 	@echo "make setup          installs the missing Debian packages only                               1 min"
 	@echo "make format         puts the sources into the project's format                clang-format  2 s"
 	@echo "make format-check   says which sources are not in that format                 clang-format  2 s"
