@@ -144,7 +144,8 @@ HRESULT IXMLDOMElement::setAttribute(std::wstring_view name, std::wstring_view v
     if (found != end)
         found->m_value = m_document->m_memory.Copy(value);
     else
-        AppendAttribute(m_document->Intern({}, parts.local, name), value, parts.isDeclaration);
+        AppendAttribute(m_document->Intern({}, parts.local, name), m_document->m_memory.Copy(value),
+                        parts.isDeclaration);
     return S_OK;
 }
 
@@ -156,7 +157,6 @@ void IXMLDOMElement::MakeRoomForAttributes(std::size_t count) {
 
 void IXMLDOMElement::AppendAttribute(const XmlName* name, std::wstring_view value, bool isDeclaration) {
     constexpr std::size_t kFirstRoom = 4;
-    value = m_document->m_memory.Copy(value);
     if (m_attributeCount == m_attributeRoom)
         MakeRoomForAttributes(std::max(kFirstRoom, 2 * m_attributeRoom));
     new (m_attributes + m_attributeCount) IXMLDOMAttribute(name, value, isDeclaration);
@@ -177,7 +177,7 @@ IXMLDOMNode* IXMLDOMDocument2::createNode(DOMNodeType type, std::wstring_view na
 }
 
 IXMLDOMNode* IXMLDOMDocument2::createTextNode(std::wstring_view text) {
-    return MakeNode(NODE_TEXT, &FixedNames::Text(), text);
+    return MakeNode(NODE_TEXT, &FixedNames::Text(), m_memory.Copy(text));
 }
 
 const XmlName* IXMLDOMDocument2::Intern(std::wstring_view namespaceUri, std::wstring_view localName,

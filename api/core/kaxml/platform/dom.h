@@ -133,6 +133,7 @@ class IXMLDOMElement : public IXMLDOMNode {
         : IXMLDOMNode(NODE_ELEMENT, name, {}), m_document(document) {}
 
     void MakeRoomForAttributes(std::size_t count);
+    /// @param value  in the document's memory.
     void AppendAttribute(const XmlName* name, std::wstring_view value, bool isDeclaration);
 
     IXMLDOMDocument2* m_document;
@@ -188,8 +189,9 @@ class IXMLDOMDocument2 : public IXMLDOMNode {
     class TreeBuilder;
     struct NameTable;
     IXMLDOMElement* MakeElement(const XmlName* name) { return m_memory.Make<IXMLDOMElement>(this, name); }
+    /// @param value  in the document's memory.
     IXMLDOMNode* MakeNode(DOMNodeType type, const XmlName* name, std::wstring_view value) {
-        return m_memory.Make<IXMLDOMNode>(type, name, m_memory.Copy(value));
+        return m_memory.Make<IXMLDOMNode>(type, name, value);
     }
     bool Build(XmlInput& input, std::wstring url);
     void Clear() noexcept;

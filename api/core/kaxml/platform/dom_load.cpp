@@ -4,6 +4,7 @@
 #include <kaxml/platform/wide_text.h>
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 namespace KAXML {
@@ -83,11 +84,14 @@ class IXMLDOMDocument2::TreeBuilder final : public XmlEvents {
         m_current->appendChild(m_document.MakeNode(type, &name, Wide(utf8)));
     }
 
-    // Valid until the next call.
+    // Kept by the document.
     std::wstring_view Wide(std::string_view utf8) {
+        std::array<wchar_t, 256> block;
+        if (utf8.size() <= block.size() && CopyAscii(utf8.data(), utf8.size(), block.data()) == utf8.size())
+            return m_document.m_memory.Copy({block.data(), utf8.size()});
         m_wide.clear();
         AppendUtf8AsWide(m_wide, utf8);
-        return m_wide;
+        return m_document.m_memory.Copy(m_wide);
     }
 
     void FlushText() {
