@@ -44,6 +44,26 @@ TEST(SchemaReader, PutsAClassBeforeThoseThatNameItAsTheirBase) {
     EXPECT_EQ(schema.GetKaRelationshipClass(0)->TypeName(), L"Base");
 }
 
+TEST(SchemaReader, FindsTheFirstClassOfANameAsABase) {
+    CKaSchema schema(L"Own", L"own", L"");
+    CKaClass* const first = schema.CreateKaClass(L"First", L"", KA_DOMAIN_CLASS);
+    schema.CreateKaClass(L"Base", L"", KA_DOMAIN_CLASS);
+    first->SetTypeName(L"Base"); // two of this name now
+    const TemporaryFolder folder;
+    // The bases: one of two, one that stands behind, one whose name a relationship class has too.
+    const std::string classes = "<KaRelationshipClass typeName='R'/><KaClass typeName='D' baseClass='Base'/>"
+                                "<KaClass typeName='E'><BaseClass>Last</BaseClass></KaClass>"
+                                "<KaClass typeName='F'><BaseClass>R</BaseClass></KaClass>"
+                                "<KaClass typeName='R'/><KaClass typeName='Last'/>";
+    EXPECT_EQ(schema.ReadXML(folder.Write("x", Root(classes)).c_str()), 0);
+    const auto baseOf = [&](const wchar_t* name) {
+        return schema.FindKaClass(name, KA_ANY_CLASS_TYPE)->GetBaseKaClass();
+    };
+    EXPECT_EQ(baseOf(L"D"), first);
+    EXPECT_EQ(baseOf(L"E"), schema.FindKaClass(L"Last", KA_ANY_CLASS_TYPE));
+    EXPECT_EQ(baseOf(L"F"), schema.FindKaClass(L"R", KA_ANY_CLASS_TYPE));
+}
+
 TEST(SchemaReader, HooksTakePartInTheUpgradeOfPairs) {
     // What the hooks were asked, and what they answer.
     static std::vector<std::wstring> asked;

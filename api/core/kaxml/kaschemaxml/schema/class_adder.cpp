@@ -16,12 +16,15 @@ template <typename List, typename Class> void Append(List& list, Class* added) {
 
 } // namespace
 
-ClassAdder::ClassAdder(CKaSchema& schema) : m_schema(schema) {
+ClassAdder::ClassAdder(CKaSchema& schema) : m_schema(schema), m_outer(schema.m_adder) {
     for (const auto& kaClass : schema.m_classes)
-        Note(*kaClass);
+        Note(*kaClass, kaClass.get());
     for (const auto& relationshipClass : schema.m_relationshipClasses)
-        Note(*relationshipClass);
+        Note(*relationshipClass, nullptr);
+    schema.m_adder = this;
 }
+
+ClassAdder::~ClassAdder() { m_schema.m_adder = m_outer; }
 
 void ClassAdder::Add(CKaClass* kaClass) {
     if (IsNew(*kaClass)) {
@@ -30,7 +33,7 @@ void ClassAdder::Add(CKaClass* kaClass) {
     } else {
         m_schema.AddKaClass(kaClass);
     }
-    Note(*kaClass);
+    Note(*kaClass, kaClass);
 }
 
 void ClassAdder::Add(CKaRelationshipClass* relationshipClass) {
@@ -38,23 +41,38 @@ void ClassAdder::Add(CKaRelationshipClass* relationshipClass) {
         Append(m_schema.m_relationshipClasses, relationshipClass);
     else
         m_schema.AddKaRelationshipClass(relationshipClass);
-    Note(*relationshipClass);
+    Note(*relationshipClass, nullptr);
+}
+
+CKaClass* ClassAdder::Find(std::wstring_view name) const {
+    if (!KnowsAllNames())
+        return nullptr;
+    const auto found = m_names.find(name);
+    const bool isKnown = found != m_names.end() && found->second != nullptr && found->second->TypeName() == name;
+    return isKnown ? found->second : nullptr;
+}
+
+std::size_t ClassAdder::NameHash::operator()(std::wstring_view name) const noexcept {
+    return std::hash<std::wstring_view>()(name);
+}
+
+bool ClassAdder::KnowsAllNames() const noexcept {
+    return m_knowsAllNames && m_notedCount == m_schema.m_classes.size() + m_schema.m_relationshipClasses.size();
 }
 
 bool ClassAdder::IsNew(const CKaClass& kaClass) const {
-    return m_knowsAllNames && m_notedCount == ListedCount() && !m_names.contains(kaClass.TypeName());
+    return KnowsAllNames() && !m_names.contains(kaClass.TypeName());
 }
 
-std::size_t ClassAdder::ListedCount() const noexcept {
-    return m_schema.m_classes.size() + m_schema.m_relationshipClasses.size();
-}
-
-void ClassAdder::Note(const CKaClass& kaClass) noexcept {
+// The first class of a name stays what is found by it.
+void ClassAdder::Note(const CKaClass& noted, CKaClass* found) noexcept {
     ++m_notedCount;
     try {
-        m_names.insert(kaClass.TypeName());
-        if (*kaClass.GetBaseClass() != L'\0')
-            m_names.insert(kaClass.GetBaseClass());
+        CKaClass*& ofName = m_names[noted.TypeName()];
+        if (ofName == nullptr)
+            ofName = found;
+        if (*noted.GetBaseClass() != L'\0')
+            m_names.try_emplace(noted.GetBaseClass(), nullptr);
     } catch (...) { // no memory: the lists themselves are looked at from now on
         m_knowsAllNames = false;
     }

@@ -7,6 +7,7 @@
 
 namespace KAXML {
 
+class ClassAdder;
 class CKaProperty;
 class CKaRelationshipClass;
 class CKaRelationshipConstraint;
@@ -301,6 +302,7 @@ class KAXML_API CKaSchema : public CKaCommon {
     std::vector<std::unique_ptr<CKaClass>> m_classes;
     std::vector<std::unique_ptr<CKaRelationshipClass>> m_relationshipClasses;
     CKaSchema* m_nextToDelete = nullptr;
+    const ClassAdder* m_adder = nullptr; // while a file is read
 };
 
 /// Walks a schema's own classes in order. Classes must not be added or removed meanwhile.

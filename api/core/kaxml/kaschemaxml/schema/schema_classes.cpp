@@ -1,3 +1,4 @@
+#include <kaxml/kaschemaxml/schema/class_adder.h>
 #include <kaxml/kaschemaxml/schema/format_names.h>
 #include <kaxml/kaschemaxml/schema/free_name.h>
 #include <kaxml/kaschemaxml/schema/property.h>
@@ -151,6 +152,9 @@ void* CKaSchema::findKaRelationshipClassCallback(CKaRelationshipClass* relations
 
 CKaClass* CKaSchema::FindKaClass(const wchar_t* name, unsigned long classTypeMask) const {
     std::wstring_view wanted(name == nullptr ? L"" : name);
+    if (m_adder != nullptr && name != nullptr)
+        if (CKaClass* const found = m_adder->Find(wanted))
+            return IfMatches(found, classTypeMask);
     void* const context = name == nullptr ? nullptr : &wanted;
     return IfMatches(static_cast<CKaClass*>(IterateOverAllClasses(&findKaClassCallback, context, 1)), classTypeMask);
 }
