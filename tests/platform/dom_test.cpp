@@ -116,6 +116,12 @@ TEST_F(Dom, AllowsOnlyNamesThatXmlHas) {
     for (const wchar_t* const uri : {L"", L"http://www.w3.org/2000/xmlns/"})
         EXPECT_THROW(element->setAttribute(L"xmlns:p", uri), _com_error);
     EXPECT_THROW(document.createNode(NODE_COMMENT, L"c", L""), _com_error);
+    // What stands in the tree already is no more allowed than before.
+    EXPECT_FALSE(isAllowed(L"xmlns:ka", true));
+    ASSERT_TRUE(document.loadXML(L"<p:a xmlns:p='u' p:b=''/>"));
+    document.get_firstChild()->QueryInterface(&element);
+    EXPECT_FALSE(isAllowed(L"p:b", false));
+    EXPECT_THROW(document.createNode(NODE_ELEMENT, L"p:a", L"u"), _com_error);
 }
 
 TEST_F(Dom, DeclaresNamespacesWhereTheyChange) {

@@ -134,18 +134,21 @@ HRESULT IXMLDOMNode::QueryInterface(IXMLDOMElement** element) noexcept {
 
 HRESULT IXMLDOMElement::setAttribute(std::wstring_view name, std::wstring_view value) {
     const AttributeName parts = Split(name);
-    if (!IsAllowed(parts))
+    const XmlName* known = m_document->m_names->Find({}, name);
+    if (known == nullptr && !IsAllowed(parts))
         Refuse(parts.isDeclaration ? L"cannot declare a prefix" : L"cannot be the name of an attribute", name);
     if (parts.isDeclaration && !IsAllowedDeclaration(parts, value))
         Refuse(L"cannot declare the namespace '" + std::wstring(value) + L"'", name);
+    if (known == nullptr)
+        known = m_document->Intern({}, name);
+    value = m_document->m_memory.Copy(value);
     IXMLDOMAttribute* const end = m_attributes + m_attributeCount;
     IXMLDOMAttribute* const found =
-        std::find_if(m_attributes, end, [name](const IXMLDOMAttribute& set) { return set.get_nodeName() == name; });
+        std::find_if(m_attributes, end, [known](const IXMLDOMAttribute& set) { return set.m_name == known; });
     if (found != end)
-        found->m_value = m_document->m_memory.Copy(value);
+        found->m_value = value;
     else
-        AppendAttribute(m_document->Intern({}, parts.local, name), m_document->m_memory.Copy(value),
-                        parts.isDeclaration);
+        AppendAttribute(known, value, parts.isDeclaration);
     return S_OK;
 }
 
@@ -171,18 +174,20 @@ IXMLDOMDocument2::~IXMLDOMDocument2() = default;
 IXMLDOMNode* IXMLDOMDocument2::createNode(DOMNodeType type, std::wstring_view name, std::wstring_view namespaceUri) {
     if (type != NODE_ELEMENT)
         Refuse(L"cannot be made: only elements have names", name);
+    const XmlName* const known = m_names->Find(namespaceUri, name);
+    if (known != nullptr && known->localName.size() == name.size())
+        return MakeElement(known);
     if (!IsNCName(name))
         Refuse(L"cannot be the name of an element", name);
-    return MakeElement(Intern(namespaceUri, name, name));
+    return MakeElement(Intern(namespaceUri, name));
 }
 
 IXMLDOMNode* IXMLDOMDocument2::createTextNode(std::wstring_view text) {
     return MakeNode(NODE_TEXT, &FixedNames::Text(), m_memory.Copy(text));
 }
 
-const XmlName* IXMLDOMDocument2::Intern(std::wstring_view namespaceUri, std::wstring_view localName,
-                                        std::wstring_view qualifiedName) {
-    return m_names->Find(namespaceUri, localName, qualifiedName);
+const XmlName* IXMLDOMDocument2::Intern(std::wstring_view namespaceUri, std::wstring_view qualifiedName) {
+    return m_names->FindOrAdd(namespaceUri, qualifiedName);
 }
 
 void IXMLDOMDocument2::Clear() noexcept {

@@ -181,8 +181,8 @@ class IXMLDOMDocument2 : public IXMLDOMNode {
     /// @throws _com_error; the old file is then as it was.
     HRESULT save(const std::wstring& path) const;
 
-    /// The name object shared by all equal names of this document.
-    const XmlName* Intern(std::wstring_view namespaceUri, std::wstring_view localName, std::wstring_view qualifiedName);
+    /// The name object shared by all equal names of this document. The name is valid.
+    const XmlName* Intern(std::wstring_view namespaceUri, std::wstring_view qualifiedName);
 
   private:
     friend class IXMLDOMElement;

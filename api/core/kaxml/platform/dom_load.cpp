@@ -47,7 +47,7 @@ class IXMLDOMDocument2::TreeBuilder final : public XmlEvents {
 
     void ProcessingInstruction(std::string_view target, std::string_view data) override {
         const std::wstring name = WideFromUtf8(target);
-        Append(NODE_PROCESSING_INSTRUCTION, *m_document.Intern({}, name, name), data);
+        Append(NODE_PROCESSING_INSTRUCTION, *m_document.Intern({}, name), data);
     }
 
   private:
@@ -57,7 +57,7 @@ class IXMLDOMDocument2::TreeBuilder final : public XmlEvents {
             m_ownNames.resize(name.number + 1);
         const XmlName*& own = m_ownNames[name.number];
         if (own == nullptr)
-            own = m_document.Intern(name.namespaceUri, name.localName, name.qualifiedName);
+            own = m_document.Intern(name.namespaceUri, name.qualifiedName);
         return own;
     }
 
@@ -75,8 +75,8 @@ class IXMLDOMDocument2::TreeBuilder final : public XmlEvents {
 
     const XmlName* DeclarationName(const std::wstring& prefix) {
         if (prefix.empty())
-            return m_document.Intern({}, L"xmlns", L"xmlns");
-        return m_document.Intern({}, prefix, L"xmlns:" + prefix);
+            return m_document.Intern({}, L"xmlns");
+        return m_document.Intern({}, L"xmlns:" + prefix);
     }
 
     void Append(DOMNodeType type, const XmlName& name, std::string_view utf8) {

@@ -6,7 +6,7 @@
 #include <map>
 #include <memory>
 #include <string_view>
-#include <tuple>
+#include <utility>
 
 namespace KAXML {
 
@@ -18,18 +18,19 @@ struct FixedNames {
     static const XmlName& Comment();
 };
 
-/// The names of one document, each kept once.
+/// The names of one document, each kept once. All are valid: they come from a parser or were checked.
 struct IXMLDOMDocument2::NameTable {
   public:
-    const XmlName* Find(std::wstring_view namespaceUri, std::wstring_view localName, std::wstring_view qualifiedName);
+    /// Null when there is no such name yet.
+    const XmlName* Find(std::wstring_view namespaceUri, std::wstring_view qualifiedName) noexcept;
+    const XmlName* FindOrAdd(std::wstring_view namespaceUri, std::wstring_view qualifiedName);
     void Clear() noexcept {
         m_names.clear();
         m_recent = {};
     }
 
   private:
-    using Key = std::tuple<std::wstring_view, std::wstring_view, std::wstring_view>;
-    const XmlName* FindOrAdd(const Key& key);
+    using Key = std::pair<std::wstring_view, std::wstring_view>;
 
     // The keys look into the names.
     std::map<Key, std::unique_ptr<const XmlName>> m_names;

@@ -41,9 +41,11 @@ std::uint32_t ParseVersionPart(const std::wstring& part, std::wstring_view versi
 
 bool IsVersionPartLength(std::size_t length) { return length >= 1 && length <= 3; }
 
-std::wstring AtLeastTwoDigits(std::uint32_t number) {
+void AppendAtLeastTwoDigits(std::wstring& text, std::uint32_t number) {
     const std::wstring digits = FormatInt(static_cast<std::int32_t>(number));
-    return digits.size() < 2 ? L"0" + digits : digits;
+    if (digits.size() < 2)
+        text += L'0';
+    text += digits;
 }
 
 } // namespace
@@ -94,7 +96,10 @@ void CKaSchema::ParseVersionString(const wchar_t* version, std::uint32_t* major,
 }
 
 void CKaSchema::FormatVersionString(std::wstring& version, std::uint32_t major, std::uint32_t minor) {
-    std::wstring text = Concat(AtLeastTwoDigits(major), L".", AtLeastTwoDigits(minor));
+    std::wstring text;
+    AppendAtLeastTwoDigits(text, major);
+    text += L'.';
+    AppendAtLeastTwoDigits(text, minor);
     version.swap(text);
 }
 

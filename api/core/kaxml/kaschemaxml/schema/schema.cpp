@@ -5,6 +5,7 @@
 #include <kaxml/kaschemaxml/schema/property.h>
 #include <kaxml/kaschemaxml/schema/relationship_class.h>
 #include <kaxml/kaxml/core/arguments.h>
+#include <kaxml/kaxml/core/format.h>
 
 #include <utility>
 
@@ -131,7 +132,7 @@ std::wstring CKaSchema::VersionString() const {
     return version;
 }
 
-std::wstring CKaSchema::XmlNamespace() const { return m_schemaName + L"." + VersionString(); }
+std::wstring CKaSchema::XmlNamespace() const { return Concat(m_schemaName, L".", VersionString()); }
 
 std::wstring CKaSchema::OfficialFilename() const {
     NameIsValid(m_schemaName.c_str(), 1, kSchemaNameKind);

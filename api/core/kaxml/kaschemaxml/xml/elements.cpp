@@ -29,7 +29,8 @@ IXMLDOMElement* CreateElement(IXMLDOMDocument2* document, IXMLDOMNode* parent, s
 }
 
 IXMLDOMElement* CreateSchemaElement(IXMLDOMDocument2* document, IXMLDOMNode* parent, std::wstring_view name) {
-    return CreateElement(document, parent, name, KAXML_NAMESPACE_URI);
+    static constexpr std::wstring_view uri = KAXML_NAMESPACE_URI;
+    return CreateElement(document, parent, name, uri);
 }
 
 void AppendText(IXMLDOMDocument2* document, IXMLDOMNode* parent, std::wstring_view text) {

@@ -34,6 +34,7 @@ std::wstring FormatText(std::wstring_view format, std::initializer_list<FormatAr
 /// A text that grows by appending; the way messages are built.
 template <typename... Pieces> std::wstring Concat(const Pieces&... pieces) {
     std::wstring text;
+    text.reserve((std::wstring_view(pieces).size() + ... + std::size_t{0}));
     (text.append(std::wstring_view(pieces)), ...);
     return text;
 }
