@@ -41,7 +41,7 @@ double AllocationsPerValue(Inputs& inputs) {
     const double few = AllocationsPerInstance(inputs.Special("few", Kind::wide, {bytes, 0, kFew}));
     const double many = AllocationsPerInstance(inputs.Special("more", Kind::wide, {bytes, 0, kMany}));
     // To three places: now and then a text outgrows, for the first time, all that were in its place before.
-    return std::round((many - few) / (kMany - kFew) * 1000) / 1000;
+    return std::round((many - few) / (kMany - kFew) * 1000) / 1000 + 0.0; // no minus in front of a nought
 }
 
 void AddAllocations(std::vector<Measurement>& list, Inputs& inputs, const std::string& name, Kind kind) {
