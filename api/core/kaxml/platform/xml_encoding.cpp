@@ -39,18 +39,21 @@ const Family& FamilyOf(std::string_view head, bool& isMarked) {
     return kFamilies[std::size(kFamilies) - 1];
 }
 
+constexpr bool IsAsciiText(char c) { return c != '\0' && static_cast<unsigned char>(c) < 0x80; }
+
 // The leading ASCII characters of the bytes.
 std::string AsciiText(std::string_view bytes, const Family& family) {
+    if (family.unit == 1)
+        return std::string(bytes.begin(), std::find_if_not(bytes.begin(), bytes.end(), IsAsciiText));
     std::string text;
     for (; bytes.size() >= family.unit; bytes.remove_prefix(family.unit)) {
         for (std::size_t i = 0; i < family.unit; ++i) {
             if (i != family.letter && bytes[i] != '\0')
                 return text;
         }
-        const char letter = bytes[family.letter];
-        if (letter == '\0' || static_cast<unsigned char>(letter) >= 0x80)
+        if (!IsAsciiText(bytes[family.letter]))
             return text;
-        text += letter;
+        text += bytes[family.letter];
     }
     return text;
 }

@@ -84,17 +84,26 @@ struct OpenedFile {
     std::string head;
     std::wstring failure;
 
-    // Appends a slice. Returns false at the end or at a failure.
+    // Appends a slice. Returns false at the end or at a failure. The first slices are smaller: making room
+    // for large ones took a quarter of the time for a file of 1 KB.
     bool ReadSlice(std::string& bytes) {
-        if (!failure.empty())
+        if (m_isAtEnd)
             return false;
         const std::size_t size = bytes.size();
-        const std::size_t wanted = InputSliceSize();
+        const std::size_t wanted = std::min(m_nextSlice, InputSliceSize());
         bytes.resize(size + wanted);
         const std::ptrdiff_t count = file.Read(bytes.data() + size, wanted, failure);
         bytes.resize(size + (count > 0 ? static_cast<std::size_t>(count) : 0));
-        return count > 0;
+        m_isAtEnd = count <= 0;
+        m_nextSlice = wanted * kGrowth;
+        return !m_isAtEnd;
     }
+
+  private:
+    static constexpr std::size_t kGrowth = 4;
+
+    std::size_t m_nextSlice = kXmlDeclarationLimit;
+    bool m_isAtEnd = false;
 };
 
 class FileInput final : public SlicedInput {
