@@ -45,6 +45,7 @@ void AddResources(std::vector<Figure>& list) {
 std::vector<Figure> AllFigures() {
     std::vector<Figure> list;
     AddParses(list, "plant", "plant", 1.5, 1.0);
+    list.push_back({"parse plant with 2000 classes more / plant", "plant/crowded", "plant/ours", {}});
     list.push_back({"parse plant from wide text / raw parser", "plant/text", "plant/raw", 1.8});
     AddParses(list, "compact", "compact", 1.5, 1.0);
     for (const char* const name : {"wide", "arrays", "long", "many"})

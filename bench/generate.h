@@ -25,8 +25,8 @@ struct Amount {
     std::size_t valuesPerWide = 120; ///< how many of the properties of wide instances have a value
 };
 
-/// Writes the schema file that documents of this kind need.
-void WriteInstanceSchema(const std::filesystem::path& file, Kind kind);
+/// Writes the schema file that documents of this kind need, with this many other classes in front.
+void WriteInstanceSchema(const std::filesystem::path& file, Kind kind, std::size_t otherClasses = 0);
 void WriteInstanceDocument(const std::filesystem::path& file, Kind kind, const Amount& amount);
 
 /// Writes a schema file of ordinary classes with 10 properties each, a third of them with a base class, and

@@ -174,8 +174,10 @@ void WriteOrdinarySchema(const std::filesystem::path& file, const std::string& n
 
 } // namespace
 
-void WriteInstanceSchema(const std::filesystem::path& file, Kind kind) {
+void WriteInstanceSchema(const std::filesystem::path& file, Kind kind, std::size_t otherClasses) {
     SchemaWriter schema(file, "Bench");
+    for (std::size_t i = 0; i < otherClasses; ++i)
+        schema.Class("Other" + std::to_string(i), Role::domain, "", {{"Tag", "string"}});
     if (kind == Kind::plant || kind == Kind::plantCompact)
         AddPlantClasses(schema);
     else if (kind == Kind::wide)

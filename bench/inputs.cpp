@@ -63,6 +63,12 @@ const InstanceInput& Inputs::Document(Kind kind) {
     return input;
 }
 
+InstanceInput Inputs::CrowdedPlant(std::size_t otherClasses) {
+    const InstanceInput input{m_folder / "crowded.kaschema.xml", Document(Kind::plant).document};
+    WriteInstanceSchema(input.schema, Kind::plant, Scaled(otherClasses));
+    return input;
+}
+
 const std::wstring& Inputs::PlantText() {
     if (m_plantText.empty())
         m_plantText = ReadWide(Document(Kind::plant).document);

@@ -28,6 +28,8 @@ class Inputs {
 
     /// @throws std::logic_error unless the library and pugixml build the same objects from it.
     const InstanceInput& Document(Kind kind);
+    /// The plant document with a schema of many classes more, which it does not need.
+    InstanceInput CrowdedPlant(std::size_t otherClasses);
     /// The plant document as wide text.
     const std::wstring& PlantText();
     /// A document of another size or shape; the caller removes it.

@@ -22,9 +22,10 @@ void AddParse(std::vector<Measurement>& list, const std::string& name, const Fin
                     }});
 }
 
+void ParseDocument(Client& client, const InstanceInput& input) { client.ParseFile(input.document); }
+
 void AddParses(std::vector<Measurement>& list, const std::string& name, const Find& find) {
-    AddParse(list, name + "/ours", find,
-             [](Client& client, const InstanceInput& input) { client.ParseFile(input.document); });
+    AddParse(list, name + "/ours", find, ParseDocument);
     AddParse(list, name + "/raw", find, [](Client&, const InstanceInput& input) { RawParse(input.document); });
     AddParse(list, name + "/pugixml", find, [](Client&, const InstanceInput& input) { PugixmlParse(input.document); });
 }
@@ -80,6 +81,8 @@ void AddThreads(std::vector<Measurement>& list, Inputs& inputs, const std::strin
 std::vector<Measurement> AllMeasurements(Inputs& inputs) {
     std::vector<Measurement> list;
     AddParses(list, inputs, "plant", Kind::plant);
+    AddParse(
+        list, "plant/crowded", [&inputs] { return inputs.CrowdedPlant(2000); }, ParseDocument);
     AddWideText(list, inputs);
     AddParses(list, inputs, "compact", Kind::plantCompact);
     AddParses(list, inputs, "wide", Kind::wide);

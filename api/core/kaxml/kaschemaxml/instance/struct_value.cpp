@@ -28,6 +28,11 @@ KaStructValue::KaStructValue(CKaProperty* property)
     SetNotNull();
 }
 
+KaStructValue::KaStructValue(CKaProperty* property, CKaClass& structClass)
+    : KaValueBase(property), m_pInstance(std::make_unique<CKaInstance>(&structClass)) {
+    SetNotNull();
+}
+
 KaStructValue::KaStructValue(const KaStructValue& other)
     : KaValueBase(other), m_pInstance(other.m_pInstance ? std::make_unique<CKaInstance>(*other.m_pInstance) : nullptr) {
 }

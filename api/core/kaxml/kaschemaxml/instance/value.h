@@ -214,8 +214,11 @@ class KAXML_API KaStructValue : public KaValueBase {
 
   private:
     friend class InstanceText;
+    friend class KnownStructs;
     friend class ModelCopier;
     friend class RecycledValues;
+
+    KAXML_LOCAL KaStructValue(CKaProperty* property, CKaClass& structClass);
 
     std::unique_ptr<CKaInstance> m_pInstance;
 };

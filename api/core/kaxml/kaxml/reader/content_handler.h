@@ -3,6 +3,7 @@
 #include <kaxml/kaschemaxml/instance/recycled_values.h>
 #include <kaxml/kaxml/reader/default_handlers.h>
 #include <kaxml/kaxml/reader/known_properties.h>
+#include <kaxml/kaxml/reader/known_structs.h>
 #include <kaxml/kaxml/reader/parse.h>
 #include <kaxml/kaxml/reader/spare_strings.h>
 #include <kaxml/kaxml/reader/state_handler.h>
@@ -58,6 +59,9 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
     /// The properties that the document has named.
     KnownProperties& Properties() noexcept { return m_properties; }
 
+    /// Makes the document's struct values.
+    KnownStructs& Structs() noexcept { return m_structs; }
+
     /// Where handlers take primitive values from.
     ValueStock& Stock() noexcept { return m_stock; }
 
@@ -85,6 +89,7 @@ class CKAXMLSAXContentHandler : public CDefaultSAXContentHandler {
     // In front, because the handlers on the stack use them to their end.
     SpareStrings m_spareStrings;
     KnownProperties m_properties;
+    KnownStructs m_structs;
     ValueStock m_stock;
 
     std::int32_t m_importedCount = 0;

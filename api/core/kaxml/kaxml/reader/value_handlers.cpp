@@ -62,7 +62,7 @@ START_ACTION PropertiesHandler::StartElement(const XmlName& name, XMLAttributes&
     }
     if (m_pProperty->IsStruct() != 0) {
         nextHandler =
-            std::make_unique<StructHandler>(this, AddTo(m_filler, std::make_unique<KaStructValue>(m_pProperty)));
+            std::make_unique<StructHandler>(this, AddTo(m_filler, GetSaxHandler().Structs().Make(m_pProperty)));
         return PUSH_UNHANDLED;
     }
     m_isPrimitive = true;
@@ -113,7 +113,7 @@ START_ACTION ArrayHandler::StartElement(const XmlName& name, XMLAttributes&,
     m_memberElementName = name.localName; // the same text, told by its place from now on
     m_memberText.clear();
     if (m_membersAreStructs != 0) {
-        KaStructValue* const member = AddTo(*m_pArrayValue, std::make_unique<KaStructValue>(m_pProperty));
+        KaStructValue* const member = AddTo(*m_pArrayValue, GetSaxHandler().Structs().Make(m_pProperty));
         nextHandler = std::make_unique<StructHandler>(this, member);
         return PUSH_UNHANDLED;
     }
