@@ -25,7 +25,14 @@ struct World {
     CKaRelationshipClass& Link() { return *plant->GetKaRelationshipClass(Index(plant->GetKaRelationshipClassCount())); }
     CKaClass& Class() { return Index(4) == 0 ? Link() : Plain(); }
     CKaProperty& Property() { return Require(Class().FindProperty(Name())); }
-    CKaCommon& Item() { return Index(3) == 0 ? *plant : Index(2) == 0 ? Class() : static_cast<CKaCommon&>(Property()); }
+    // One that the schema's file holds. What changes in a referenced schema is not written with it.
+    CKaProperty& OwnProperty() {
+        CKaProperty& found = Property();
+        return Require(found.GetKaClass()->GetKaSchema() == plant.get() ? &found : nullptr);
+    }
+    CKaCommon& Item() {
+        return Index(3) == 0 ? *plant : Index(2) == 0 ? Class() : static_cast<CKaCommon&>(OwnProperty());
+    }
     // Of the schema whose classes stay, for what the schema's items hold.
     CKaClass* BaseClass() { return plant->GetReferencedSchema(0)->FindKaClass(Name(), KA_ANY_CLASS_TYPE); }
     CKaInstance& Instance() { return *instances[Index(instances.size())]; }
@@ -57,9 +64,9 @@ void (*const kCalls[])(W&) = {
     [](W& w) { w.instances.clear(), w.Link() = w.Link(); },
     [](W& w) { w.instances.clear(), w.plant = std::make_unique<CKaSchema>(*w.plant); },
     [](W& w) { w.instances.clear(), *w.plant = CKaSchema(*w.plant); },
-    [](W& w) { w.Property().SetPropertyName(w.Name()); },
-    [](W& w) { w.Property().SetTypeName(w.Name()); },
-    [](W& w) { w.Property().SetMinOccurs(w.Name()); },
+    [](W& w) { w.OwnProperty().SetPropertyName(w.Name()); },
+    [](W& w) { w.OwnProperty().SetTypeName(w.Name()); },
+    [](W& w) { w.OwnProperty().SetMinOccurs(w.Name()); },
     [](W& w) { w.Class().SetIsCustomAttributeClass(w.Index(2) == 0); },
     [](W& w) { w.Link().m_source.m_className = w.Name(); },
     [](W& w) { w.Link().m_targets.m_classNames.push_back(w.Name()); },
