@@ -52,6 +52,14 @@ TEST(TextWriter, WritesFragmentsUnescaped) {
     EXPECT_EQ(output, L"kept<Motor>");
 }
 
+// A text in which each place can be told from its neighbours.
+std::wstring Letters(std::size_t size, std::size_t first) {
+    std::wstring text;
+    for (std::size_t i = 0; i < size; ++i)
+        text += static_cast<wchar_t>(L'a' + (first + i) % 26);
+    return text;
+}
+
 struct Own : CKaValue {
     using CKaValue::CKaValue;
     void AppendValueToString(std::wstring& output) const override {
@@ -66,8 +74,8 @@ TEST(TextWriter, WritesTextsOfAllSizesAndOtherKindsOfValues) {
     CKaClass* const pump = schema.CreateKaClass(L"Pump", L"", KA_DOMAIN_CLASS);
     CKaInstance instance(pump);
     std::wstring expected = L"before";
-    for (std::size_t size = 1; size < 3000; size += 1 + size / 3) {
-        const std::wstring name(size, static_cast<wchar_t>(L'a' + size % 26)), text(size * 5 % 700, L'x');
+    for (std::size_t size = 1; size < 3000; size += 1 + size / 40) {
+        const std::wstring name = Letters(size, 0), text = Letters(size * 5 % 700, size);
         CKaProperty* const property = pump->AddKaProperty(name.c_str(), L"string", L"");
         instance.AddKaValue(size % 2 != 0 ? new CKaValue(property, text.c_str()) : new Own(property, text.c_str()));
         expected += L"<" + name + L">" + (size % 2 != 0 ? L"" : L"own") + text + L"</" + name + L">";

@@ -13,21 +13,31 @@ using namespace std::string_view_literals;
 
 namespace {
 
-// Most names and texts are so short that calling memcpy takes longer than copying.
+template <std::size_t kCount> void CopyPiece(const wchar_t* from, wchar_t* to) noexcept {
+    std::memcpy(to, from, kCount * sizeof(wchar_t));
+}
+
+// Most names and texts are so short that calling memcpy takes longer than copying. The two halves of a text
+// may overlap, so that texts of many lengths take the same way.
 wchar_t* Copy(std::wstring_view text, wchar_t* to) noexcept {
-    constexpr std::size_t kPiece = 4;
-    constexpr std::size_t kShort = 16 * kPiece;
     const wchar_t* const from = text.data();
     const std::size_t size = text.size();
-    if (size < kPiece) {
+    if (size >= 8) {
+        if (size > 32) {
+            std::memcpy(to, from, size * sizeof(wchar_t));
+        } else if (size > 16) {
+            CopyPiece<16>(from, to);
+            CopyPiece<16>(from + size - 16, to + size - 16);
+        } else {
+            CopyPiece<8>(from, to);
+            CopyPiece<8>(from + size - 8, to + size - 8);
+        }
+    } else if (size >= 4) {
+        CopyPiece<4>(from, to);
+        CopyPiece<4>(from + size - 4, to + size - 4);
+    } else {
         for (std::size_t i = 0; i < size; ++i)
             to[i] = from[i];
-    } else if (size <= kShort) {
-        for (std::size_t i = 0; i + kPiece < size; i += kPiece)
-            std::memcpy(to + i, from + i, kPiece * sizeof(wchar_t));
-        std::memcpy(to + size - kPiece, from + size - kPiece, kPiece * sizeof(wchar_t));
-    } else {
-        std::memcpy(to, from, size * sizeof(wchar_t));
     }
     return to + size;
 }
@@ -79,16 +89,20 @@ class InstanceText {
             AddText(name, isNull ? std::wstring_view() : static_cast<const CKaValue*>(value)->m_value);
             return;
         }
-        AddTag(L"<"sv, name);
+        AddStartTag(name);
         if (value != nullptr)
             AddContent(*value);
-        AddTag(L"</"sv, name);
+        AddEndTag(name);
     }
 
-    void AddTag(std::wstring_view start, std::wstring_view name) {
-        Add(start);
-        Add(name);
-        Add(L">"sv);
+    void AddStartTag(std::wstring_view name) {
+        MakeRoom(name.size() + 2);
+        m_end = WriteStartTag(name, m_end);
+    }
+
+    void AddEndTag(std::wstring_view name) {
+        MakeRoom(name.size() + 3);
+        m_end = WriteEndTag(name, m_end);
     }
 
   private:
@@ -114,18 +128,24 @@ class InstanceText {
         m_limit = m_output.data() + m_output.size();
     }
 
-    void AddText(std::wstring_view name, std::wstring_view text) {
-        MakeRoom(2 * name.size() + text.size() + 5);
-        wchar_t* end = m_end;
+    static wchar_t* WriteStartTag(std::wstring_view name, wchar_t* end) noexcept {
         *end++ = L'<';
         end = Copy(name, end);
         *end++ = L'>';
-        end = Copy(text, end);
+        return end;
+    }
+
+    static wchar_t* WriteEndTag(std::wstring_view name, wchar_t* end) noexcept {
         *end++ = L'<';
         *end++ = L'/';
         end = Copy(name, end);
         *end++ = L'>';
-        m_end = end;
+        return end;
+    }
+
+    void AddText(std::wstring_view name, std::wstring_view text) {
+        MakeRoom(2 * name.size() + text.size() + 5);
+        m_end = WriteEndTag(name, Copy(text, WriteStartTag(name, m_end)));
     }
 
     void AddContent(const KaValueBase& value) {
@@ -171,7 +191,7 @@ void CKaInstance::AppendAsXml(std::wstring& output, const std::wstring& attribut
     }
     text.Add(L">"sv);
     text.AddValues(*this);
-    text.AddTag(L"</"sv, m_typeName);
+    text.AddEndTag(m_typeName);
 }
 
 void CKaInstance::AppendValueToString(std::wstring& output) const {
