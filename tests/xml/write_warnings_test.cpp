@@ -134,5 +134,31 @@ TEST(WriteWarnings, NameWhatDoesNotComeBackOnce) {
     }
 }
 
+TEST(WriteWarnings, TellWhetherABaseThatTheModelHasLostIsFoundInTheFile) {
+    const TemporaryFolder folder;
+    const std::wstring path = folder.Write("x", "");
+    const std::pair<int, std::wstring> cases[] = {
+        {0, L"its base classes cannot be followed."},
+        {1, L"its base class stands later in the file, so the file cannot be read."}};
+    for (const auto& [isWrittenFirst, problem] : cases) {
+        CKaSchema schema(L"Plant", L"pl", nullptr);
+        CKaRelationshipClass* const feeds = schema.CreateKaRelationshipClass(L"Feeds", L"", KA_DOMAIN_CLASS);
+        schema.CreateKaClass(L"Base", L"", KA_DOMAIN_CLASS);
+        feeds->SetBaseClass(L"Base");
+        feeds->SetIsCustomAttributeClass(isWrittenFirst);
+        schema.RemoveAllClasses();
+        schema.CreateKaClass(L"Base", L"", KA_DOMAIN_CLASS); // found by a reader, and not by the relationship class
+        const LogRecorder log;
+        EXPECT_EQ(schema.WriteXML(path.c_str()), 0);
+        EXPECT_EQ(log.Messages(LOG_WARNING),
+                  std::vector<std::wstring>{L"Writing KaRelationshipClass 'Feeds': " + problem});
+        CKaSchema back(L"temporary", L"temporary", nullptr);
+        if (isWrittenFirst != 0)
+            EXPECT_THROW(back.ReadXML(path.c_str()), KAXMLLogicError);
+        else
+            EXPECT_EQ(back.ReadXML(path.c_str()), 0);
+    }
+}
+
 } // namespace
 } // namespace KAXML::Test

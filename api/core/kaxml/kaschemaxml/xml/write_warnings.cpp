@@ -169,6 +169,15 @@ Classes BasesWhenRead(const CKaSchema& schema, const CKaClass& kaClass, const Fi
     return bases;
 }
 
+// The base class in the model; null when it does not find it.
+const CKaClass* BaseInModel(const CKaClass& kaClass) {
+    try {
+        return kaClass.GetBaseKaClass();
+    } catch (const KAXMLLogicError&) {
+        return nullptr;
+    }
+}
+
 void CheckBaseClass(const CKaSchema& schema, const CKaClass& kaClass, const Classes& bases, const FileOrder& order) {
     if (*kaClass.GetBaseClass() == L'\0')
         return;
@@ -177,13 +186,17 @@ void CheckBaseClass(const CKaSchema& schema, const CKaClass& kaClass, const Clas
         WarnOfWrite(item, L"its base class is not found by its name, so the file cannot be read");
         return;
     }
+    const bool isInFile = bases.front()->GetKaSchema() == &schema;
+    const bool isRelationshipClass = dynamic_cast<const CKaRelationshipClass*>(&kaClass) != nullptr;
+    const CKaClass* const base = BaseInModel(kaClass);
     if (bases.back() == &kaClass)
         WarnOfWrite(item, L"the name of its base class leads back to itself, so the file cannot be read");
-    else if (bases.front() != kaClass.GetBaseKaClass())
-        WarnOfWrite(item, L"the name of its base class is another class's, which the file is read back with");
-    if (dynamic_cast<const CKaRelationshipClass*>(&kaClass) != nullptr && bases.front()->GetKaSchema() == &schema &&
-        !order.IsBefore(*bases.front(), kaClass))
+    else if (isRelationshipClass && isInFile && !order.IsBefore(*bases.front(), kaClass))
         WarnOfWrite(item, L"its base class stands later in the file, so the file cannot be read");
+    else if (base == nullptr)
+        WarnOfWrite(item, L"its base classes cannot be followed");
+    else if (bases.front() != base)
+        WarnOfWrite(item, L"the name of its base class is another class's, which the file is read back with");
 }
 
 // Ends are written with their classes' names relative to the schema.
@@ -238,7 +251,7 @@ void CheckClass(const CKaSchema& schema, const CKaClass& kaClass, const FileOrde
     CheckEnds(schema, *relationshipClass, known);
 }
 
-// A class whose bases cannot be followed has had its warning; it is no reason not to write.
+// That the bases of a class, or of one that it names, cannot be followed is no reason not to write.
 void CheckClassQuietly(const CKaSchema& schema, const CKaClass& kaClass, const FileOrder& order) {
     try {
         CheckClass(schema, kaClass, order);
