@@ -52,10 +52,6 @@ CKaClass* ClassAdder::Find(std::wstring_view name) const {
     return isKnown ? found->second : nullptr;
 }
 
-std::size_t ClassAdder::NameHash::operator()(std::wstring_view name) const noexcept {
-    return std::hash<std::wstring_view>()(name);
-}
-
 bool ClassAdder::KnowsAllNames() const noexcept {
     return m_knowsAllNames && m_notedCount == m_schema.m_classes.size() + m_schema.m_relationshipClasses.size();
 }

@@ -1,10 +1,9 @@
 #pragma once
 
+#include <kaxml/kaxml/core/map_by_name.h>
+
 #include <cstddef>
-#include <functional>
-#include <string>
 #include <string_view>
-#include <unordered_map>
 
 namespace KAXML {
 
@@ -35,11 +34,6 @@ class ClassAdder {
     CKaClass* Find(std::wstring_view name) const;
 
   private:
-    struct NameHash {
-        using is_transparent = void;
-        std::size_t operator()(std::wstring_view name) const noexcept;
-    };
-
     bool KnowsAllNames() const noexcept;
     bool IsNew(const CKaClass& kaClass) const;
     void Note(const CKaClass& noted, CKaClass* found) noexcept;
@@ -48,7 +42,7 @@ class ClassAdder {
     const ClassAdder* m_outer; // of a read of the same schema that this one is part of
     // The names of classes, of relationship classes and of their base classes, and the class of each that
     // is a class's.
-    std::unordered_map<std::wstring, CKaClass*, NameHash, std::equal_to<>> m_names;
+    MapByName<CKaClass*> m_names;
     std::size_t m_notedCount = 0;
     bool m_knowsAllNames = true;
 };

@@ -4,11 +4,10 @@
 #include <kaxml/kaschemaxml/schema/relationship_class.h>
 #include <kaxml/kaschemaxml/schema/schema.h>
 #include <kaxml/kaxml/core/arguments.h>
+#include <kaxml/kaxml/core/map_by_name.h>
 #include <kaxml/kaxml/core/text.h>
 
-#include <functional>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -36,12 +35,6 @@ std::vector<CKaSchema*> WithReferences(CKaSchema* schema) {
     }
     return found;
 }
-
-// Names are found without a copy of the text that is looked for.
-struct NameHash {
-    using is_transparent = void;
-    std::size_t operator()(std::wstring_view name) const noexcept { return std::hash<std::wstring_view>()(name); }
-};
 
 } // namespace
 
@@ -87,7 +80,7 @@ class CKaSchemaInstanceFactory::Index {
     }
 
     std::vector<std::wstring> m_namespaces;
-    std::unordered_map<std::wstring, std::vector<Entry>, NameHash, std::equal_to<>> m_entries;
+    MapByName<std::vector<Entry>> m_entries;
 };
 
 CKaSchemaInstanceFactory::CKaSchemaInstanceFactory(CKaSchema* schema, unsigned long classTypeMask)
