@@ -9,8 +9,6 @@
 
 namespace KAXML {
 
-using namespace std::string_view_literals;
-
 namespace {
 
 template <std::size_t kCount> void CopyPiece(const wchar_t* from, wchar_t* to) noexcept {
@@ -19,7 +17,7 @@ template <std::size_t kCount> void CopyPiece(const wchar_t* from, wchar_t* to) n
 
 // Most names and texts are so short that calling memcpy takes longer than copying. The two halves of a text
 // may overlap, so that texts of many lengths take the same way.
-wchar_t* Copy(std::wstring_view text, wchar_t* to) noexcept {
+inline wchar_t* Copy(std::wstring_view text, wchar_t* to) noexcept {
     const wchar_t* const from = text.data();
     const std::size_t size = text.size();
     if (size >= 8) {
@@ -60,9 +58,10 @@ class InstanceText {
     InstanceText& operator=(const InstanceText&) = delete;
     ~InstanceText() { Cut(); }
 
-    void Add(std::wstring_view piece) {
-        MakeRoom(piece.size());
-        m_end = Copy(piece, m_end);
+    void AddInstance(const CKaInstance& instance, std::wstring_view attributes) {
+        AddInstanceStart(instance.m_typeName, instance.m_instanceID, attributes);
+        AddValues(instance);
+        AddEndTag(instance.m_typeName);
     }
 
     void AddValues(const CKaInstance& instance) {
@@ -120,13 +119,7 @@ class InstanceText {
             Grow(size);
     }
 
-    void Grow(std::size_t size) {
-        constexpr std::size_t kStep = 256;
-        const std::size_t written = Size();
-        m_output.resize(written + std::max(size, kStep));
-        m_end = m_output.data() + written;
-        m_limit = m_output.data() + m_output.size();
-    }
+    void Grow(std::size_t size);
 
     static wchar_t* WriteStartTag(std::wstring_view name, wchar_t* end) noexcept {
         *end++ = L'<';
@@ -141,6 +134,21 @@ class InstanceText {
         end = Copy(name, end);
         *end++ = L'>';
         return end;
+    }
+
+    void AddInstanceStart(std::wstring_view typeName, std::wstring_view id, std::wstring_view attributes) {
+        constexpr std::wstring_view beforeId = L" instanceid='";
+        constexpr std::wstring_view behindId = L"' ";
+        MakeRoom(typeName.size() + beforeId.size() + id.size() + behindId.size() + attributes.size() + 3);
+        *m_end++ = L'<';
+        m_end = Copy(typeName, m_end);
+        if (!id.empty())
+            m_end = Copy(behindId, Copy(id, Copy(beforeId, m_end)));
+        if (!attributes.empty()) {
+            m_end = Copy(attributes, m_end);
+            *m_end++ = L' ';
+        }
+        *m_end++ = L'>';
     }
 
     void AddText(std::wstring_view name, std::wstring_view text) {
@@ -175,23 +183,19 @@ class InstanceText {
     wchar_t* m_limit; // of the output
 };
 
+// Out of the way of the many calls that have their room.
+void InstanceText::Grow(std::size_t size) {
+    constexpr std::size_t kStep = 256;
+    const std::size_t written = Size();
+    m_output.resize(written + std::max(size, kStep));
+    m_end = m_output.data() + written;
+    m_limit = m_output.data() + m_output.size();
+}
+
 void CKaInstance::AppendAsXml(std::wstring& output, const std::wstring& attributes) const {
     MakeRoom(output);
     InstanceText text(output);
-    text.Add(L"<"sv);
-    text.Add(m_typeName);
-    if (!m_instanceID.empty()) {
-        text.Add(L" instanceid='"sv);
-        text.Add(m_instanceID);
-        text.Add(L"' "sv);
-    }
-    if (!attributes.empty()) {
-        text.Add(attributes);
-        text.Add(L" "sv);
-    }
-    text.Add(L">"sv);
-    text.AddValues(*this);
-    text.AddEndTag(m_typeName);
+    text.AddInstance(*this, attributes);
 }
 
 void CKaInstance::AppendValueToString(std::wstring& output) const {
