@@ -85,7 +85,7 @@ struct OpenedFile {
     std::wstring failure;
 
     // Appends a slice. Returns false at the end or at a failure. The first slices are smaller: making room
-    // for large ones took a quarter of the time for a file of 1 KB.
+    // for large ones took a third of the instructions for a file of 1 KB.
     bool ReadSlice(std::string& bytes) {
         if (m_isAtEnd)
             return false;
